@@ -1,0 +1,20 @@
+# velmora_room(NAME LINKS...): a static library of every source in the current folder; includes are paths from the root.
+function(velmora_room name)
+  file(GLOB sources CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/*.cpp" "${CMAKE_CURRENT_SOURCE_DIR}/*.h")
+  add_library(${name} STATIC ${sources})
+  set_target_properties(${name} PROPERTIES LINKER_LANGUAGE CXX)
+  target_include_directories(${name} PUBLIC "${CMAKE_SOURCE_DIR}")
+  target_link_libraries(${name} PUBLIC ${ARGN})
+endfunction()
+
+# velmora_test(NAME LINKS...): one test program of every source in the current folder.
+function(velmora_test name)
+  file(GLOB sources CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/*.cpp" "${CMAKE_CURRENT_SOURCE_DIR}/*.h")
+  if(NOT sources)
+    return()
+  endif()
+  add_executable(${name} ${sources})
+  target_include_directories(${name} PRIVATE "${CMAKE_SOURCE_DIR}")
+  target_link_libraries(${name} PRIVATE ${ARGN} GTest::gmock_main rapidcheck)
+  add_test(NAME ${name} COMMAND ${name} --gtest_brief=1)
+endfunction()
