@@ -1,0 +1,107 @@
+#include "Velmora/Audio/OfflineRender.h"
+
+#include <algorithm>
+#include <cmath>
+#include <thread>
+
+#include "Platform/Tasks/Cancelled.h"
+#include "Velmora/Audio/SilentInstrument.h"
+
+namespace velmora {
+
+namespace {
+
+constexpr std::int64_t blockFrames = RenderContext::maxFrames;
+constexpr double progressStep = 0.01;
+
+double secondsOf(const Song& song) { return song.songLengthBeats() * 60 / song.bpm; }
+
+/// The most frames that a limit in seconds allows.
+std::int64_t frameLimit(double maximumSeconds) {
+  if (!std::isfinite(maximumSeconds)) return 882000;
+  if (maximumSeconds <= 0.1) return 4410;
+  return static_cast<std::int64_t>(std::min(maximumSeconds, 1803.0) * OfflineRender::sampleRate);
+}
+
+int threadsFor(const OfflineRenderRequest& request) {
+  const int wanted = request.threadCount > 0
+                         ? request.threadCount
+                         : static_cast<int>(std::max(1U, std::thread::hardware_concurrency()));
+  return std::clamp(wanted, 1, std::max(1, static_cast<int>(request.song.tracks.size())));
+}
+
+}  // namespace
+
+OfflineRender::OfflineRender(const OfflineRenderRequest& request)
+    : team_(threadsFor(request)), graph_(sampleRate, &team_) {
+  countFrames(request);
+  const Song& song = request.song;
+  prepareTransport(song);
+  store_.publish(std::make_shared<const RenderSnapshot>(song, PlaybackMode::song, request.samples));
+
+  const bool isAnySoloed =
+      std::any_of(song.tracks.begin(), song.tracks.end(), [](const Track& track) { return track.isSoloed; });
+  std::vector<platform::Strip> strips;
+  for (const Track& track : song.tracks) {
+    tracks_.push_back(makeTrack(track, isAnySoloed));
+    strips.push_back(tracks_.back().effects->strip(*tracks_.back().context));
+  }
+  graph_.setStrips(std::move(strips));
+  graph_.setOutputVolume(song.masterVolume);
+}
+
+void OfflineRender::countFrames(const OfflineRenderRequest& request) {
+  const double seconds = secondsOf(request.song);
+  if (!std::isfinite(seconds) || seconds > longestSeconds) throw ExportError::tooLong();
+  const auto songFrames = static_cast<std::int64_t>(std::ceil(seconds * sampleRate));
+  totalFrames_ = songFrames + tailFrames;
+  if (request.maximumSeconds) totalFrames_ = std::min(totalFrames_, frameLimit(*request.maximumSeconds));
+  stopFrame_ = std::min(totalFrames_, songFrames);
+}
+
+void OfflineRender::prepareTransport(const Song& song) {
+  transport_.setBPM(song.bpm);
+  transport_.setMode(PlaybackMode::song);
+  // Four seconds past the song's end, so that the tail never wraps; the song's own loop plays no part here.
+  transport_.setLoop(LoopRange{0, song.songLengthBeats() + song.bpm / 60 * 4});
+  transport_.play();
+}
+
+OfflineRender::TrackNode OfflineRender::makeTrack(const Track& track, bool isAnySoloed) {
+  auto renderer = std::make_unique<TrackRenderer>(track.id, makeInstrument(track.kind));
+  auto audition = std::make_unique<LiveNoteRenderer>(std::make_unique<SilentInstrument>());
+  renderer->prepare(sampleRate, RenderContext::maxFrames);
+  audition->prepare(sampleRate, RenderContext::maxFrames);
+
+  const bool isHeard = !track.isMuted && (!isAnySoloed || track.isSoloed);
+  auto effects = std::make_unique<TrackEffects>(sampleRate);
+  effects->apply(track.fx);
+  effects->channel().setPan(track.pan);
+  effects->channel().setOutputVolume(isHeard ? track.volume : 0);
+  return {std::make_unique<RenderContext>(std::move(renderer), std::move(audition), transport_, store_,
+                                          sampleRate),
+          std::move(effects)};
+}
+
+void OfflineRender::run(const Sink& sink, const OnProgress& onProgress, const std::stop_token& stop) {
+  std::vector<float> left(blockFrames), right(blockFrames);
+  double lastReported = -1;
+  for (std::int64_t position = 0; position < totalFrames_;) {
+    if (stop.stop_requested()) throw platform::Cancelled();
+    const std::int64_t end = position < stopFrame_ ? stopFrame_ : totalFrames_;
+    const std::int64_t frames = std::min(blockFrames, end - position);
+    if (position == stopFrame_) transport_.stop();  // from here notes release and the tail rings out
+    graph_.render(static_cast<double>(position), static_cast<int>(frames), left.data(), right.data());
+    const auto count = static_cast<std::size_t>(frames);
+    sink({left.data(), count}, {right.data(), count});
+
+    position += frames;
+    const double fraction = static_cast<double>(position) / static_cast<double>(totalFrames_);
+    if (onProgress && (fraction - lastReported >= progressStep || position == totalFrames_)) {
+      onProgress(fraction);
+      lastReported = fraction;
+    }
+  }
+}
+
+}  // namespace velmora
