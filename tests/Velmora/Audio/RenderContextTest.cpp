@@ -1,5 +1,7 @@
+#include <atomic>
 #include <gtest/gtest.h>
 #include <mutex>
+#include <thread>
 
 #include "Velmora/Audio/OfflineRender.h"
 #include "Velmora/Audio/RenderContext.h"
@@ -83,6 +85,31 @@ TEST(RenderContextTest, AMutedTrackMetersNothing) {
   track.render(512, 512);
   EXPECT_EQ(track.context->peakMeter().load(), 0);
   EXPECT_EQ(track.block[100], 0);
+}
+
+TEST(RenderContextTest, EditsWhileADevicePulls) {
+  Track1 track;
+  track.context->setPublishesPlayhead(true);
+  std::atomic<bool> isDone{false};
+  std::thread device([&] {
+    for (double sampleTime = 0; !isDone; sampleTime += 512)
+      track.context->render(sampleTime, 512, track.block);
+  });
+  for (int edit = 0; edit < 300; ++edit) {
+    Track changed = track.song.tracks[0];
+    changed.volume = static_cast<float>(edit) / 300;
+    track.song.update(changed);
+    track.publish(edit % 50 < 40 ? PlaybackMode::pattern : PlaybackMode::song);
+    track.context->audition().setKey(36 + edit % 12, edit % 3 != 0);
+    track.transport.setLoop(LoopRange{0, 1.0 + edit % 8});
+    if (edit % 20 == 0) track.transport.seek(edit % 7);
+    if (edit % 30 == 0) track.transport.togglePlay();
+    EXPECT_GE(track.transport.playhead(), 0);
+    EXPECT_LE(track.context->peakMeter().load(), 20);
+    std::this_thread::yield();
+  }
+  isDone = true;
+  device.join();
 }
 
 TEST(RenderContextTest, TheCallbackNeitherAllocatesNorLocksButShortly) {

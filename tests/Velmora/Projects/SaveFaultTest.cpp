@@ -165,6 +165,14 @@ TEST_F(SaveFaultTest, OneFailureLeavesTheOldDocumentOrDoesNotMatter) {
   }
 }
 
+TEST_F(SaveFaultTest, AFileSystemThatCanNeitherExchangeNorSyncStillSaves) {
+  const Verdict verdict = failEachCall({Fault::Kind::once, EINVAL, 0}, true, [&](const Outcome& outcome) {
+    EXPECT_EQ(content(), outcome.end == Outcome::End::saved ? newContent_ : oldContent_);
+  });
+  EXPECT_TRUE(verdict.harmless.contains("rename"));
+  EXPECT_FALSE(verdict.refused.contains("fsync"));
+}
+
 TEST_F(SaveFaultTest, ADiskThatStaysBrokenLeavesOneDocumentWhole) {
   for (const int error : {ENOSPC, EIO})
     failEachCall({Fault::Kind::fromThenOn, error, 0}, true,
