@@ -39,9 +39,9 @@ std::size_t operandCount(RenderCommand::Action action) {
 RenderCommand RenderCommand::parse(std::span<const char* const> arguments) {
   RenderCommand command;
   std::vector<std::string_view> operands;
-  const auto setAction = [&command](Action action) {
+  const auto choose = [&command](Action chosen) {
     if (command.action != Action::render) throw UsageError("Only one thing at a time.");
-    command.action = action;
+    command.action = chosen;
   };
   bool areOptionsOver = false;
   bool hasRenderOptions = false;
@@ -65,13 +65,13 @@ RenderCommand RenderCommand::parse(std::span<const char* const> arguments) {
     } else if (argument == "--float") {
       command.isFloat = true;
     } else if (argument == "--demo") {
-      setAction(Action::renderDemo);
+      choose(Action::renderDemo);
     } else if (argument == "--write-demo") {
-      setAction(Action::writeDemo);
+      choose(Action::writeDemo);
     } else if (argument == "--check") {
-      setAction(Action::check);
+      choose(Action::check);
     } else if (argument == "--help") {
-      setAction(Action::help);
+      choose(Action::help);
     } else {
       throw UsageError("There is no option " + std::string(argument) + ".");
     }

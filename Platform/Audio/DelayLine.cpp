@@ -6,7 +6,7 @@ namespace platform {
 
 void DelayLine::prepare(int longestDelay) {
   length_ = std::max(longestDelay + chunkFrames, 2 * tailFrames);
-  ring_.assign(static_cast<std::size_t>(length_ + tailFrames), 0.0F);
+  ring_.assign(static_cast<std::size_t>(length_) + tailFrames, 0.0F);
   position_ = 0;
 }
 

@@ -40,24 +40,24 @@ void Equalizer::setGainDB(Band band, float gainDB) noexcept {
 
 Equalizer::Coefficients Equalizer::design(Band band, float gainDB) const noexcept {
   const auto [warped, damping] = prototypes_[static_cast<std::size_t>(band)];
-  const double A = std::pow(10.0, static_cast<double>(gainDB) / 40);
+  const double amplitude = std::pow(10.0, static_cast<double>(gainDB) / 40);
   double g = warped, k = damping;
   double input = 1, bandPass = 0, lowPass = 0;  // y = input * x + bandPass * v1 + lowPass * v2
   switch (band) {
     case Band::low:
-      g /= std::sqrt(A);
-      bandPass = k * (A - 1);
-      lowPass = A * A - 1;
+      g /= std::sqrt(amplitude);
+      bandPass = k * (amplitude - 1);
+      lowPass = amplitude * amplitude - 1;
       break;
     case Band::mid:
-      k /= A;
-      bandPass = k * (A * A - 1);
+      k /= amplitude;
+      bandPass = k * (amplitude * amplitude - 1);
       break;
     case Band::high:
-      g *= std::sqrt(A);
-      input = A * A;
-      bandPass = k * (1 - A) * A;
-      lowPass = 1 - A * A;
+      g *= std::sqrt(amplitude);
+      input = amplitude * amplitude;
+      bandPass = k * (1 - amplitude) * amplitude;
+      lowPass = 1 - amplitude * amplitude;
       break;
   }
   const double a1 = 1 / (1 + g * (g + k)), a2 = g * a1, a3 = g * a2;

@@ -93,7 +93,7 @@ void FeedbackDelayNetwork::prepare(std::span<const int, lineCount> delays, const
   }
   // Noise of power 1 makes power p in each line, p = 1 + meanSquare * p; half of the lines are heard on a
   // side.
-  energy_ = lineCount / 2 * (meanSquare / (matrixScale * matrixScale)) / (1 - meanSquare);
+  energy_ = 0.5 * lineCount * (meanSquare / (matrixScale * matrixScale)) / (1 - meanSquare);
 }
 
 void FeedbackDelayNetwork::clear() noexcept {

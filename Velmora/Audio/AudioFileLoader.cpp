@@ -74,7 +74,7 @@ QCoro::Task<LoadedAudio> AudioFileLoader::load(std::filesystem::path path, std::
   return worker_.run([path = std::move(path), stop = std::move(stop)] { return decode(path, stop); });
 }
 
-LoadedAudio AudioFileLoader::decode(const std::filesystem::path& path, std::stop_token stop) {
+LoadedAudio AudioFileLoader::decode(const std::filesystem::path& path, const std::stop_token& stop) {
   platform::AudioFileReader file(path);
   requireSupported(file);
   std::vector<float> samples = readMono(file, stop);

@@ -31,7 +31,7 @@ class AudioFileLoader {
   /// Decodes on the calling thread. Takes files of 1 or 2 channels, 8000 to 192000 Hz, at most 600 seconds
   /// and 30000000 frames. Throws `AudioFileError` for others, `platform::FileError`, and
   /// `platform::Cancelled` soon after a stop was requested.
-  static LoadedAudio decode(const std::filesystem::path& path, std::stop_token stop = {});
+  static LoadedAudio decode(const std::filesystem::path& path, const std::stop_token& stop = {});
 
  private:
   platform::SerialWorker worker_;
