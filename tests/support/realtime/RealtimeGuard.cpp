@@ -12,17 +12,19 @@ namespace {
 enum Fault { allocation, release, lock, wait, faultCount };
 constexpr const char* faultNames[faultCount] = {"malloc", "free", "lock", "wait"};
 
+// A sanitizer has interceptors of its own, so that part of this is unused there.
+
 // Plain thread-locals: set up without a call, as the interceptors run before main and in every thread.
 thread_local bool isWatched = false;
 thread_local int counts[faultCount] = {};
 thread_local const RealtimeGuard::Range* permittedStart = nullptr;
 thread_local std::size_t permittedCount = 0;
 
-void note(Fault fault) noexcept {
+[[maybe_unused]] void note(Fault fault) noexcept {
   if (isWatched) ++counts[fault];
 }
 
-void noteLock(const void* mutex) noexcept {
+[[maybe_unused]] void noteLock(const void* mutex) noexcept {
   if (!isWatched) return;
   for (std::size_t i = 0; i < permittedCount; ++i) {
     const auto* start = static_cast<const char*>(permittedStart[i].start);
@@ -35,7 +37,7 @@ void noteLock(const void* mutex) noexcept {
 /// The C library's own function. Condition variables exist there in two layouts: a look-up without the
 /// version would find the old one, and wake-ups would be lost between the two.
 template <class Function>
-Function next(const char* name) noexcept {
+[[maybe_unused]] Function next(const char* name) noexcept {
   void* versioned = dlvsym(RTLD_NEXT, name, "GLIBC_2.3.2");
   return reinterpret_cast<Function>(versioned ? versioned : dlsym(RTLD_NEXT, name));
 }
