@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <cstdio>
+#include <fcntl.h>
 #include <iostream>
 #include <string>
 #include <unistd.h>
@@ -46,6 +47,28 @@ class UnfinishedFile {
  private:
   std::filesystem::path target_;
   std::filesystem::path hidden_;
+};
+
+/// While it lives, nothing reaches the standard error: decoders of damaged files write there as they like,
+/// but the user is told one line.
+class SilencedStandardError {
+ public:
+  SilencedStandardError() : saved_(::dup(STDERR_FILENO)) {
+    const int nowhere = ::open("/dev/null", O_WRONLY | O_CLOEXEC);
+    if (nowhere < 0) return;
+    ::dup2(nowhere, STDERR_FILENO);
+    ::close(nowhere);
+  }
+  ~SilencedStandardError() {
+    if (saved_ < 0) return;
+    ::dup2(saved_, STDERR_FILENO);
+    ::close(saved_);
+  }
+  SilencedStandardError(const SilencedStandardError&) = delete;
+  SilencedStandardError& operator=(const SilencedStandardError&) = delete;
+
+ private:
+  int saved_;
 };
 
 void printProgress(double fraction) {
@@ -103,8 +126,12 @@ QCoro::Task<RenderTool::Project> RenderTool::load(std::filesystem::path folder) 
 
   auto locating = store.audioFolder(*id);
   const std::filesystem::path audioFolder = co_await locating;
-  auto decoding = ProjectAudio::load(project.song.audioAssets, audioFolder, loader_);
-  ProjectAudio audio = co_await decoding;
+  ProjectAudio audio;
+  {
+    const SilencedStandardError silence;
+    auto decoding = ProjectAudio::load(project.song.audioAssets, audioFolder, loader_);
+    audio = co_await decoding;
+  }
   try {
     if (audio.error) std::rethrow_exception(audio.error);
   } catch (const std::exception& error) {

@@ -225,6 +225,7 @@ class RenderToolTest(unittest.TestCase):
             "text.wav": (lambda path: path.write_text("not a sound" * 99), None),
             "header.wav": (lambda path: write_wav(path, 1, RATE, 0), unsupported),
             "three.wav": (lambda path: write_wav(path, 3, RATE, 10), unsupported),
+            "damaged.mp3": (lambda path: path.write_bytes((b"\xff\xfb\x90\x64" + bytes(400)) * 3), None),
             "slow.wav": (lambda path: write_wav(path, 1, 7999, 10), unsupported),
         }
         for name, (make, reason) in makers.items():
