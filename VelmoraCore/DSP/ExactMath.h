@@ -93,10 +93,17 @@ VELMORA_INLINE D expMinusOne(const D& x) {
   return scale * (r * polynomial(r, series)) + (scale - 1.0);
 }
 
-/// sin(x) in single precision, for |x| <= 100000.
+/// sin(x) in single precision, for |x| <= 8.
 template <class F>
 VELMORA_INLINE F sinSingle(const F& x) {
-  return narrowed(sinCos(widened(x)).sin);
+  using D = decltype(widened(x));
+  constexpr double series[] = {1.0,          -1.0 / 6,        1.0 / 120,          -1.0 / 5040,
+                               1.0 / 362880, -1.0 / 39916800, 1.0 / 6227020800.0, -1.0 / 1307674368000.0};
+  const D wide = widened(x);
+  const D shifted = wide * 0x1.45f306dc9c883p-2 + roundingShift;  // 1 / pi
+  const D r = wide - (shifted - roundingShift) * 0x1.921fb54442d18p1;
+  const D sine = r * polynomial(r * r, series);
+  return narrowed(doubleOfBits(bitsOf(sine) ^ (bitsOf(shifted) << 63)));  // half turns change the sign
 }
 
 /// tanh(x) in single precision, for every x that is a number.

@@ -44,8 +44,8 @@ struct VoiceKernelText {
       stepEnvelopes(voices, smaller(window, frames - start), amp + start, brightness + start);
     }
     mixOscillators(voices, frames, signal);
-    filter(voices, brightness, frames, signal);
-    applyGains(voices, amp, frames, signal);
+    filter(voices, brightness, amp, frames, signal);
+    fade(voices, frames, signal);
     sumVoices(signal, frames, sums);
   }
 
@@ -55,6 +55,15 @@ struct VoiceKernelText {
     const Recursion filterStages(voices.filterEnv);
     Floats ampLevel = load(voices.ampEnv.level);
     Floats filterLevel = load(voices.filterEnv.level);
+    if (ampStages.areAllSustaining() && filterStages.areAllSustaining()) {
+      for (int frame = 0; frame < frames; ++frame) {
+        amp[frame] = ampLevel = ampStages.glided(ampLevel);
+        brightness[frame] = filterLevel = filterStages.glided(filterLevel);
+      }
+      store(voices.ampEnv.level, ampLevel);
+      store(voices.filterEnv.level, filterLevel);
+      return;
+    }
     Mask ampCrossed(0);
     Mask filterCrossed(0);
     for (int frame = 0; frame < frames; ++frame) {
@@ -63,15 +72,17 @@ struct VoiceKernelText {
       ampCrossed = ampCrossed | ampStages.hasCrossed(ampLevel);
       filterCrossed = filterCrossed | filterStages.hasCrossed(filterLevel);
     }
-    if (any(ampCrossed)) {
-      runToBounds(voices.ampEnv, frames, amp);
+    finishWindow(voices.ampEnv, any(ampCrossed), ampLevel, frames, amp);
+    finishWindow(voices.filterEnv, any(filterCrossed), filterLevel, frames, brightness);
+  }
+
+  /// Keeps the level reached, unless a stage has ended on the way: then the window is run again.
+  static void finishWindow(EnvelopeLanes& envelope, bool hasCrossed, const Floats& level, int frames,
+                           Floats* levels) noexcept {
+    if (hasCrossed) {
+      runToBounds(envelope, frames, levels);
     } else {
-      store(voices.ampEnv.level, ampLevel);
-    }
-    if (any(filterCrossed)) {
-      runToBounds(voices.filterEnv, frames, brightness);
-    } else {
-      store(voices.filterEnv.level, filterLevel);
+      store(envelope.level, level);
     }
   }
 
@@ -103,9 +114,12 @@ struct VoiceKernelText {
           lowerBound(load(envelope.lowerBound)),
           isSustaining(Mask::load(envelope.isSustaining.data())) {}
 
+    bool areAllSustaining() const noexcept { return !any(isSustaining == Mask(0)); }
+    Floats glided(const Floats& level) const noexcept {
+      return level + (sustainLevel - level) * ADSR::sustainGlide;
+    }
     Floats next(const Floats& level) const noexcept {
-      const Floats glided = level + (sustainLevel - level) * ADSR::sustainGlide;
-      return select(isSustaining, glided, base + level * coefficient);
+      return select(isSustaining, glided(level), base + level * coefficient);
     }
     Mask hasCrossed(const Floats& level) const noexcept {
       return (level >= upperBound) | (level <= lowerBound);
@@ -139,11 +153,19 @@ struct VoiceKernelText {
     const Floats level1 = voices.parameters->osc1Level, level2 = voices.parameters->osc2Level;
     const Floats increment1 = load(voices.osc1.increment), increment2 = load(voices.osc2.increment);
     Floats phase1 = load(voices.osc1.phase), phase2 = load(voices.osc2.phase);
-    for (int frame = 0; frame < frames; ++frame) {
-      mixed[frame] = shapes::shape<first>(phase1, increment1) * level1 +
-                     shapes::shape<second>(phase2, increment2) * level2;
-      phase1 = shapes::advanced(phase1, increment1);
-      phase2 = shapes::advanced(phase2, increment2);
+    const bool areLow = !any((increment1 >= shapes::lowIncrement) | (increment2 >= shapes::lowIncrement));
+    const auto run = [&](auto range) {
+      for (int frame = 0; frame < frames; ++frame) {
+        mixed[frame] = shapes::shape<first, range()>(phase1, increment1) * level1 +
+                       shapes::shape<second, range()>(phase2, increment2) * level2;
+        phase1 = shapes::advanced(phase1, increment1);
+        phase2 = shapes::advanced(phase2, increment2);
+      }
+    };
+    if (areLow) {
+      run(std::integral_constant<shapes::Range, shapes::Range::low>());
+    } else {
+      run(std::integral_constant<shapes::Range, shapes::Range::any>());
     }
     store(voices.osc1.phase, phase1);
     store(voices.osc2.phase, phase2);
@@ -170,14 +192,16 @@ struct VoiceKernelText {
     bool areNew = false;
   };
 
-  static void filter(VoiceLanes& voices, const Floats* brightness, int frames, Floats* signal) noexcept {
+  /// The filters and, on their output, the envelopes and gains of the voices.
+  static void filter(VoiceLanes& voices, const Floats* brightness, const Floats* amp, int frames,
+                     Floats* signal) noexcept {
     const DueFrames due(voices, frames);
     Coefficients updates[windowsInChunk];
     for (int start = 0; start < frames; start += window) {
       design(voices, due, brightness + start, smaller(window, frames - start), updates[start / window]);
     }
     for (int start = 0; start < frames; start += window) {
-      filterWindow(voices.filter, due, updates[start / window], smaller(window, frames - start),
+      filterWindow(voices, due, updates[start / window], amp + start, smaller(window, frames - start),
                    signal + start);
     }
   }
@@ -214,8 +238,10 @@ struct VoiceKernelText {
     return result;
   }
 
-  static void filterWindow(FilterLanes& state, const DueFrames& due, const Coefficients& update, int frames,
-                           Floats* signal) noexcept {
+  static void filterWindow(VoiceLanes& voices, const DueFrames& due, const Coefficients& update,
+                           const Floats* amp, int frames, Floats* signal) noexcept {
+    FilterLanes& state = voices.filter;
+    const Floats velocityGain = load(voices.velocityGain);
     Floats b0 = load(state.b0), b1 = load(state.b1), a1 = load(state.a1), a2 = load(state.a2);
     Floats z1 = load(state.z1), z2 = load(state.z2);
     for (int frame = 0; frame < frames; ++frame) {
@@ -230,19 +256,19 @@ struct VoiceKernelText {
       const Floats y = x * b0 + z1;
       z1 = z2 + (x * b1 - y * a1);
       z2 = x * b0 - y * a2;
-      signal[frame] = y;
+      signal[frame] = amp[frame] * y * velocityGain;
     }
     store(state.b0, b0), store(state.b1, b1), store(state.a1, a1), store(state.a2, a2);
     store(state.z1, z1), store(state.z2, z2);
   }
 
-  static void applyGains(VoiceLanes& voices, const Floats* amp, int frames, Floats* signal) noexcept {
-    const Floats velocityGain = load(voices.velocityGain);
+  static void fade(VoiceLanes& voices, int frames, Floats* signal) noexcept {
     const Floats fadeStep = load(voices.fadeStep);
+    if (!any(fadeStep > 0.0F)) return;
     Floats fadeGain = load(voices.fadeGain);
     for (int frame = 0; frame < frames; ++frame) {
       fadeGain = fadeGain - fadeStep;
-      signal[frame] = amp[frame] * signal[frame] * velocityGain * fadeGain;
+      signal[frame] = signal[frame] * fadeGain;
     }
     store(voices.fadeGain, fadeGain);
   }
