@@ -1,47 +1,22 @@
+#include <algorithm>
 #include <benchmark/benchmark.h>
-#include <fstream>
-#include <malloc.h>
 #include <string>
 
 #include "VelmoraCore/Song/Limits.h"
 #include "VelmoraCore/Song/SongHash.h"
 #include "VelmoraCore/Song/SongJSON.h"
 #include "VelmoraCore/Song/SongValidation.h"
+#include "benchmarks/support/LargeSongs.h"
+#include "benchmarks/support/Measure.h"
 
 namespace velmora {
 namespace {
 
-/// A valid song with that many notes, spread over patterns of 1024 notes, each pattern on the timeline.
-Song songWithNotes(std::size_t noteCount) {
-  constexpr std::size_t notesInPattern = 1024;
-  Song song = Song::empty("Large");
-  const UUID trackID = song.tracks[0].id;
-  while (noteCount > 0) {
-    std::vector<Note> notes(std::min(noteCount, notesInPattern));
-    for (std::size_t index = 0; index < notes.size(); ++index) {
-      const double startBeat = static_cast<double>(index) / 256;
-      notes[index] = {UUID::random(), static_cast<std::uint8_t>(index % 128), startBeat, 1.0 / 3, 100};
-      notes[index].durationBeats = std::min(notes[index].durationBeats, 4 - startBeat);
-    }
-    noteCount -= notes.size();
-    Pattern pattern = song.addPattern(trackID);
-    pattern.notes = SharedList<Note>(std::move(notes));
-    song.update(pattern);
-    song.placePattern(pattern.id, static_cast<double>(song.clips.size() * 4));
-  }
-  return song;
-}
+using benchmarks::songWithNotes;
 
 /// The longest document as the encoder writes it.
 const std::string& largestText() {
-  static const std::string text = [] {
-    const std::size_t bytesOfNote = encodeSong(songWithNotes(2048)).size() / 2048;
-    std::size_t noteCount = limits::longestDocumentBytes / bytesOfNote;
-    std::string fitting = encodeSong(songWithNotes(noteCount));
-    while (fitting.size() > limits::longestDocumentBytes)
-      fitting = encodeSong(songWithNotes(noteCount -= 1024));
-    return fitting;
-  }();
+  static const std::string text = encodeSong(benchmarks::longestSong());
   return text;
 }
 
@@ -57,29 +32,15 @@ std::string densestText() {
   return text.insert(at, notes);
 }
 
-/// A figure of the process in bytes, from the line of /proc/self/status that starts with `name`.
-double processBytes(const std::string& name) {
-  std::ifstream status("/proc/self/status");
-  for (std::string word; status >> word;) {
-    if (word != name + ":") continue;
-    double kilobytes = 0;
-    status >> kilobytes;
-    return kilobytes * 1024;
-  }
-  return 0;
-}
-
 void load(benchmark::State& state, const std::string& text) {
   double peakBytes = 0;
   for ([[maybe_unused]] auto _ : state) {
     state.PauseTiming();
-    malloc_trim(0);
-    std::ofstream("/proc/self/clear_refs") << 5;  // starts the peak anew
-    const double before = processBytes("VmRSS");
+    const double before = benchmarks::startPeak();
     state.ResumeTiming();
     benchmark::DoNotOptimize(decodeSong(text));
     state.PauseTiming();
-    peakBytes = std::max(peakBytes, processBytes("VmHWM") - before);
+    peakBytes = std::max(peakBytes, benchmarks::peakBytes() - before);
     state.ResumeTiming();
   }
   const auto bytes = static_cast<double>(text.size());
@@ -120,8 +81,9 @@ void validateFullLists(benchmark::State& state) {
   std::vector<Clip> clips(limits::mostClips);
   for (std::size_t index = 0; index < clips.size(); ++index) {
     const Pattern& pattern = song.patterns[index % song.patterns.size()];
+    const std::size_t startBeat = index / 2;
     clips[index] = {UUID::random(), pattern.trackID, ClipSource::pattern(pattern.id),
-                    static_cast<double>(index / 2), 4};
+                    static_cast<double>(startBeat), 4};
   }
   song.clips = SharedList<Clip>(std::move(clips));
   for ([[maybe_unused]] auto _ : state) validateSong(song);
