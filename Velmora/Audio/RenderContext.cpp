@@ -1,23 +1,13 @@
 #include "Velmora/Audio/RenderContext.h"
 
 #include <algorithm>
-#include <cmath>
 #include <utility>
 
+#include "Platform/Audio/Samples.h"
 #include "VelmoraCore/Render/AudioClipRenderer.h"
 #include "VelmoraCore/Render/BeatMath.h"
 
 namespace velmora {
-
-namespace {
-
-float peakOf(std::span<const float> block) noexcept {
-  float peak = 0;
-  for (const float sample : block) peak = std::max(peak, std::abs(sample));
-  return peak;
-}
-
-}  // namespace
 
 RenderContext::RenderContext(std::unique_ptr<TrackRenderer> renderer,
                              std::unique_ptr<LiveNoteRenderer> audition, TransportController& transport,
@@ -40,7 +30,7 @@ void RenderContext::render(double sampleTime, int frameCount, std::span<float> b
   audition_->render(block);
   AudioClipRenderer::mix(block, timing, track, sampleRate_, snapshot->songLengthBeats());
   if (!track || !track->isAudible) std::fill(block.begin(), block.end(), 0.0F);
-  peakMeter_.store(peakOf(block));
+  peakMeter_.store(platform::peak(block.data(), frameCount));
   if (publishesPlayhead()) publishPlayhead(timing, frameCount, *snapshot, track);
 }
 

@@ -13,46 +13,46 @@ namespace velmora::shapes {
 enum class Range : std::uint8_t { any, low };
 inline constexpr float lowIncrement = 0.25F;
 
-/// The correction that rounds a step over two samples: `after` is the phase where the step lies behind,
-/// `before` where it lies ahead, each in cycles from the step at 0 or to the step at 1.
+/// A phase moved on by d, kept below 1.
 template <class F>
-VELMORA_INLINE F polyBLEP(const F& after, const F& before, const F& d) {
-  const auto isAfterStep = after < d;
-  const auto isBeforeStep = before > 1.0F - d;
-  const F t = select(isAfterStep, after, before + -1.0F) / d;
-  const F rising = (t + t) - t * t + -1.0F;
-  const F falling = t + (t + t * t) + 1.0F;
-  return onlyWhere(d > 0.0F, select(isAfterStep, rising, onlyWhere(isBeforeStep, falling)));
+VELMORA_INLINE F advanced(const F& p, const F& d) {
+  const F next = p + d;
+  return next - onlyWhere(next >= 1.0F, F(1.0F));
 }
+
+/// The correction that rounds a falling step of two at p = 0 over two samples. Phases near the step on either
+/// side are never the same, as d is at most a half; without an increment there are none.
 template <class F>
 VELMORA_INLINE F polyBLEP(const F& p, const F& d) {
-  return polyBLEP(p, p, d);
+  const auto isAfter = p < d;
+  const auto isBefore = p > 1.0F - d;
+  const F t = (p - onlyWhere(isBefore, F(1.0F))) / d;
+  const F after = (t + t) - t * t + -1.0F;
+  const F before = t + (t + t * t) + 1.0F;
+  return onlyWhere(isAfter, after) + onlyWhere(isBefore, before);
 }
 
 /// A square: one step up at 0 and one down at a half, which the phase q, half a cycle ahead, meets at 0.
 template <Range range, class F>
 VELMORA_INLINE F square(const F& p, const F& d) {
-  const F half = p + 0.5F;
-  const F q = select(half >= 1.0F, half + -1.0F, half);
-  const auto isFirstHalf = p < 0.5F;
-  const F sign = select(isFirstHalf, F(1.0F), F(-1.0F));
+  const F q = advanced(p, F(0.5F));
+  const F sign = onlyWhere(p < 0.5F, F(2.0F)) - 1.0F;
   if constexpr (range == Range::any) {
     return sign + polyBLEP(p, d) - polyBLEP(q, d);
   } else {
-    // The step behind is the one that began this half, the step ahead the one that ends it: one correction,
-    // whose sign is the half's behind a step and its opposite ahead of one.
-    const F behind = select(isFirstHalf, p, q);
-    const F ahead = select(isFirstHalf, q, p);
-    const F correction = polyBLEP(behind, ahead, d);
-    return sign + select((behind < d), sign * correction, F(0.0F) - sign * correction);
+    // The nearest step behind and the nearest ahead, one of them up and one down. Which is which is told by
+    // the order of p and q, not by p < 0.5: just below a half, p + 0.5 rounds up and q has already wrapped.
+    const auto isUpBehind = p < q;
+    const F direction = onlyWhere(isUpBehind, F(2.0F)) - 1.0F;
+    const F behind = select(isUpBehind, p, q);
+    const F ahead = select(isUpBehind, q, p);
+    const auto isAfter = behind < d;
+    const auto isBefore = ahead > 1.0F - d;
+    const F t = select(isAfter, behind, ahead - 1.0F) / d;
+    const F after = (t + t) - t * t + -1.0F;
+    const F before = -1.0F - (t + (t + t * t));
+    return sign + direction * (onlyWhere(isAfter, after) + onlyWhere(isBefore, before));
   }
-}
-
-/// A phase moved on by d, kept below 1.
-template <class F>
-VELMORA_INLINE F advanced(const F& p, const F& d) {
-  const F next = p + d;
-  return select(next >= 1.0F, next + -1.0F, next);
 }
 
 /// The output of one waveform.

@@ -14,9 +14,11 @@ namespace velmora {
 /// The text of the voice kernels, for native vectors of `width` bytes; included by one file an instruction
 /// set.
 ///
-/// Each stage of the sound is a short loop over a chunk of samples, with one lane a voice. Within any eight
-/// samples each voice's filter is updated exactly once, so the designs of all voices, wherever they fall, are
-/// one computation a window; those of a chunk's windows don't wait for each other.
+/// Each stage of the sound is a short loop with one lane a voice. Within any window of eight samples each
+/// voice's filter is updated exactly once, so the designs of all voices, wherever they fall, are one
+/// computation a window. The designs of a chunk are made ahead, as none waits for another; oscillators and
+/// filters alternate by window, so that the processor runs the next oscillators while the filters wait for
+/// themselves.
 template <int width>
 struct VoiceKernelText {
   using Floats = Lanes<float, width>;
@@ -39,14 +41,27 @@ struct VoiceKernelText {
   static void stepChunk(VoiceLanes& voices, int frames, float* sums) noexcept {
     Floats amp[chunk];
     Floats brightness[chunk];
-    Floats signal[chunk];
     for (int start = 0; start < frames; start += window) {
       stepEnvelopes(voices, smaller(window, frames - start), amp + start, brightness + start);
     }
-    mixOscillators(voices, frames, signal);
-    filter(voices, brightness, amp, frames, signal);
-    fade(voices, frames, signal);
-    sumVoices(signal, frames, sums);
+    const DueFrames due(voices, frames);
+    Coefficients updates[windowsInChunk];
+    for (int start = 0; start < frames; start += window) {
+      design(voices, due, brightness + start, smaller(window, frames - start), updates[start / window]);
+    }
+    const SynthParameters& sound = *voices.parameters;
+    withWaveform(sound.osc1Waveform, [&](auto first) {
+      withWaveform(sound.osc2Waveform, [&](auto second) {
+        for (int start = 0; start < frames; start += window) {
+          const int count = smaller(window, frames - start);
+          Floats signal[window];
+          mixOscillators<first(), second()>(voices, count, signal);
+          filter(voices, due, updates[start / window], amp + start, count, signal);
+          fade(voices, count, signal);
+          sumVoices(signal, count, sums + start);
+        }
+      });
+    });
   }
 
   /// Both envelopes by up to a window: together as long as no stage ends, else sample by sample.
@@ -126,13 +141,6 @@ struct VoiceKernelText {
     }
   };
 
-  static void mixOscillators(VoiceLanes& voices, int frames, Floats* mixed) noexcept {
-    withWaveform(voices.parameters->osc1Waveform, [&](auto first) {
-      withWaveform(voices.parameters->osc2Waveform,
-                   [&](auto second) { runOscillators<first(), second()>(voices, frames, mixed); });
-    });
-  }
-
   /// Calls `body` with the waveform as a constant.
   template <class Body>
   static void withWaveform(Waveform waveform, const Body& body) noexcept {
@@ -149,7 +157,7 @@ struct VoiceKernelText {
   }
 
   template <Waveform first, Waveform second>
-  static void runOscillators(VoiceLanes& voices, int frames, Floats* mixed) noexcept {
+  static void mixOscillators(VoiceLanes& voices, int frames, Floats* mixed) noexcept {
     const Floats level1 = voices.parameters->osc1Level, level2 = voices.parameters->osc2Level;
     const Floats increment1 = load(voices.osc1.increment), increment2 = load(voices.osc2.increment);
     Floats phase1 = load(voices.osc1.phase), phase2 = load(voices.osc2.phase);
@@ -192,20 +200,6 @@ struct VoiceKernelText {
     bool areNew = false;
   };
 
-  /// The filters and, on their output, the envelopes and gains of the voices.
-  static void filter(VoiceLanes& voices, const Floats* brightness, const Floats* amp, int frames,
-                     Floats* signal) noexcept {
-    const DueFrames due(voices, frames);
-    Coefficients updates[windowsInChunk];
-    for (int start = 0; start < frames; start += window) {
-      design(voices, due, brightness + start, smaller(window, frames - start), updates[start / window]);
-    }
-    for (int start = 0; start < frames; start += window) {
-      filterWindow(voices, due, updates[start / window], amp + start, smaller(window, frames - start),
-                   signal + start);
-    }
-  }
-
   static void design(VoiceLanes& voices, const DueFrames& due, const Floats* brightness, int frames,
                      Coefficients& result) noexcept {
     const SynthParameters& sound = *voices.parameters;
@@ -238,8 +232,9 @@ struct VoiceKernelText {
     return result;
   }
 
-  static void filterWindow(VoiceLanes& voices, const DueFrames& due, const Coefficients& update,
-                           const Floats* amp, int frames, Floats* signal) noexcept {
+  /// The filters and, on their output, the envelopes and gains of the voices.
+  static void filter(VoiceLanes& voices, const DueFrames& due, const Coefficients& update, const Floats* amp,
+                     int frames, Floats* signal) noexcept {
     FilterLanes& state = voices.filter;
     const Floats velocityGain = load(voices.velocityGain);
     Floats b0 = load(state.b0), b1 = load(state.b1), a1 = load(state.a1), a2 = load(state.a2);

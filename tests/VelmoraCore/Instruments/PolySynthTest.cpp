@@ -39,6 +39,28 @@ TEST(PolySynthTest, EveryKernelMatchesTheReferenceBitForBit) {
   }
 }
 
+TEST(PolySynthTest, NotesHeldForLongMatchTheReference) {
+#ifdef VELMORA_SANITIZED
+  constexpr int frames = 100000;
+#else
+  constexpr int frames = 1500000;  // phases meet every rounding on the way
+#endif
+  for (const SynthPreset preset : {SynthPreset::miniSynth, SynthPreset::lead}) {
+    ReferencePolySynth reference(preset);
+    const auto held = [&](Instrument& instrument) {
+      for (const std::uint8_t pitch : {28, 47, 59, 64, 76, 83, 100, 125}) instrument.noteOn(pitch, 100, 0);
+      std::vector<float> result(frames);
+      instrument.render(result.data(), frames);
+      return result;
+    };
+    const auto expected = held(reference);
+    for (const VoiceKernel& kernel : voiceKernels()) {
+      PolySynth synth(preset, kernel);
+      ASSERT_EQ(firstDifference(held(synth), expected), -1) << kernel.name;
+    }
+  }
+}
+
 TEST(PolySynthTest, ANewPresetTakesOverSoundingNotesAtTheNextBlock) {
   PolySynth synth(SynthPreset::miniSynth);
   ReferencePolySynth reference(SynthPreset::miniSynth);

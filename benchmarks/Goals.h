@@ -1,0 +1,19 @@
+#pragma once
+
+#include "benchmarks/Report.h"
+
+namespace velmora::benchmarks {
+
+/// velmora-render as a process: memory and start. First of all, while this process is small.
+void measureTool(Report& report);
+
+/// Renders of the fixed work to a file, against the plain scalar synthesizer and against each other.
+void measureRenders(Report& report);
+
+/// The live graph's worst blocks.
+void measureLiveBlocks(Report& report);
+
+/// Copies, compiles and loads of large songs.
+void measureDocument(Report& report);
+
+}  // namespace velmora::benchmarks
