@@ -16,7 +16,7 @@ namespace platform {
 /// about as loud as the dry; at mix 0 the unit copies its input to both sides and holds no state.
 class Reverb {
  public:
-  Reverb() { prepare(48000); }
+  explicit Reverb(double sampleRate = 48000) { prepare(sampleRate); }
 
   /// Allocates about 1.2 s of samples. Not while the audio thread runs.
   void prepare(double sampleRate);

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <QCoreApplication>
 #include <QCoroTask>
+#include <QEvent>
 #include <QEventLoop>
 #include <exception>
 #include <type_traits>
@@ -37,6 +39,7 @@ Value resultOf(QCoro::Task<Value> task) {
   Outcome<Value> outcome;
   detail::finish(std::move(task), outcome, loop);
   if (!outcome.hasEnded()) loop.exec();
+  QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);  // the watchers of what was awaited
   return outcome.take();
 }
 

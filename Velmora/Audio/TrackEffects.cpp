@@ -11,10 +11,9 @@ float percent(float mix) noexcept { return std::clamp(mix, 0.0F, 1.0F) * 100; }
 
 }  // namespace
 
-TrackEffects::TrackEffects(double sampleRate) {
+TrackEffects::TrackEffects(double sampleRate) : reverb_(sampleRate) {
   equalizer_.prepare(sampleRate);
   delay_.prepare(sampleRate);
-  reverb_.prepare(sampleRate);
   channel_.prepare(sampleRate);
   apply({});
 }
