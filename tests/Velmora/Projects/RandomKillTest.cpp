@@ -42,13 +42,14 @@ TEST(RandomKillTest, TwoHundredKillsLoseNoSavedEdit) {
   std::mt19937 random(11);
   const auto start = std::chrono::steady_clock::now();
   files.save(song);
-  const auto fourSaves = 4 * (std::chrono::steady_clock::now() - start);
+  const auto oneSave = std::chrono::steady_clock::now() - start;
   for (int kill = 0; kill < 200; ++kill) {
     const int firstEdit = journal.begun + 1;
     const pid_t child = ::fork();
     if (child == 0) editAndSave(files, song, firstEdit, journal);
-    while (journal.begun < firstEdit) std::this_thread::yield();
-    std::this_thread::sleep_for(fourSaves * (random() % 1000) / 1000);
+    const int lastEdit = firstEdit + static_cast<int>(random() % 4);
+    while (journal.begun < lastEdit) std::this_thread::yield();
+    std::this_thread::sleep_for(oneSave * (random() % 1000) / 1000);  // to any moment of its save
     ::kill(child, SIGKILL);
     ::waitpid(child, nullptr, 0);
     if (journal.saved == 0) continue;  // not even the child's first save had ended
