@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "VelmoraCore/Song/Bounds.h"
 #include "VelmoraCore/Song/Limits.h"
 
 namespace velmora {
@@ -12,13 +13,6 @@ constexpr double stepsPerBeat = 1 / stepLengthBeats;
 
 std::uint8_t clampedPitch(int pitch) { return static_cast<std::uint8_t>(std::clamp(pitch, 0, 127)); }
 std::uint8_t clampedVelocity(int velocity) { return static_cast<std::uint8_t>(std::clamp(velocity, 1, 127)); }
-
-// The upper bound wins where the two cross; a negative zero becomes a plain one.
-double raisedThenLowered(double value, double low, double high) {
-  return std::min(std::max(low, value), high);
-}
-
-bool isFiniteIfGiven(std::optional<double> value) { return !value || std::isfinite(*value); }
 
 bool acceptsGrid(const Pattern& pattern, double gridBeats) {
   return std::isfinite(gridBeats) && gridBeats > 0 && std::isfinite(pattern.lengthBeats) &&

@@ -6,6 +6,7 @@
 #include <iterator>
 #include <unordered_set>
 
+#include "VelmoraCore/Song/Bounds.h"
 #include "VelmoraCore/Song/Limits.h"
 #include "VelmoraCore/Song/Text.h"
 
@@ -15,13 +16,6 @@ namespace {
 constexpr double barBeats = 4;
 constexpr double shortestSongBeats = 16;
 constexpr double lastStartBeat = limits::longestTimelineBeats - 1;
-
-bool isFiniteIfGiven(std::optional<double> value) { return !value || std::isfinite(*value); }
-
-// The upper bound wins where the two cross; a negative zero becomes a plain one.
-double raisedThenLowered(double value, double low, double high) {
-  return std::min(std::max(low, value), high);
-}
 
 std::string_view familyWord(TrackFamily family) {
   constexpr std::array<std::string_view, 3> words{"Synth", "Drums", "Audio"};

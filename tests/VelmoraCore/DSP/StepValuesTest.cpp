@@ -12,18 +12,12 @@
 #include "VelmoraCore/DSP/OnePole.h"
 #include "VelmoraCore/DSP/Oscillator.h"
 #include "VelmoraCore/DSP/SmoothedValue.h"
+#include "tests/support/StepRow.h"
 
 namespace velmora {
 namespace {
 
-struct Step {
-  int number;
-  float value;
-};
-struct StepRow {
-  const char* name;  // unit, its settings, sample rate
-  std::vector<Step> steps;
-};
+using testing::StepRow;
 
 const StepRow stepRows[] = {
 #include "tests/VelmoraCore/DSP/StepValues.inc"
@@ -60,7 +54,7 @@ TEST(StepValuesTest, EveryUnitStepsExactly) {
   for (const StepRow& row : stepRows) {
     const auto unit = unitFor(row.name);
     int next = 0;
-    for (const Step& step : row.steps) {
+    for (const StepRow::Step& step : row.steps) {
       while (next < step.number) unit(next++);
       ASSERT_EQ(unit(next++), step.value) << row.name << ", step " << step.number;
     }

@@ -7,18 +7,12 @@
 
 #include "VelmoraCore/Instruments/DrumSynth.h"
 #include "VelmoraCore/Instruments/InstrumentFactory.h"
+#include "tests/support/StepRow.h"
 
 namespace velmora {
 namespace {
 
-struct Step {
-  int number;
-  float value;
-};
-struct StepRow {
-  const char* name;  // sound, sample rate
-  std::vector<Step> steps;
-};
+using testing::StepRow;
 const StepRow drumRows[] = {
 #include "tests/VelmoraCore/Instruments/DrumValues.inc"
 };
@@ -41,7 +35,7 @@ TEST(DrumSynthTest, EverySoundStepsExactly) {
     drums.prepare(rate, 4096);
     drums.noteOn(pitch(allDrumSounds()[static_cast<std::size_t>(index)]), 90, 0);
     const auto samples = rendered(drums, 3000);
-    for (const Step& step : row.steps) {
+    for (const StepRow::Step& step : row.steps) {
       ASSERT_EQ(samples[static_cast<std::size_t>(step.number)], step.value)
           << row.name << ", step " << step.number;
     }
