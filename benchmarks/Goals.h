@@ -16,4 +16,7 @@ void measureLiveBlocks(Report& report);
 /// Copies, compiles and loads of large songs.
 void measureDocument(Report& report);
 
+/// Commands of the application model.
+void measureModel(Report& report);
+
 }  // namespace velmora::benchmarks

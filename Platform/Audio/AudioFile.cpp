@@ -1,11 +1,13 @@
 #include "Platform/Audio/AudioFile.h"
 
 #include <algorithm>
+#include <bit>
 #include <mutex>
 #include <sndfile.h>
 #include <string>
 #include <string_view>
 
+#include "Platform/Audio/VectorClones.h"
 #include "Platform/Files/FileDescriptor.h"
 
 namespace platform {
@@ -91,17 +93,36 @@ SF_INFO waveInfo(int sampleRate, AudioFileWriter::SampleFormat format) {
   return info;
 }
 
-/// Adding and taking away 1.5 * 2^23 rounds a float of at most 22 bits to the nearest whole one, ties to
-/// even; unlike the library's functions it compiles to plain lanes on every processor.
-std::int16_t int16Sample(float value) {
+/// Clamped by its bits, which grow with the magnitude, as comparisons of floats would keep the loop from
+/// running in vectors. Adding and taking away 1.5 * 2^23 rounds a float of at most 22 bits to the nearest
+/// whole one, ties to even; unlike the library's functions it compiles to plain lanes on every processor.
+inline std::int16_t int16Sample(float value) {
   constexpr float rounder = 12582912.0F;
-  const float scaled = value == value ? value * 32768.0F : 0.0F;
-  const float clamped = std::min(std::max(scaled, -32768.0F), 32767.0F);
-  return static_cast<std::int16_t>(static_cast<std::int32_t>((clamped + rounder) - rounder));
+  constexpr auto one = std::bit_cast<std::int32_t>(1.0F);
+  constexpr std::int32_t infinity = 0x7f800000;
+  const auto bits = std::bit_cast<std::int32_t>(value);
+  const std::int32_t magnitude = bits & 0x7fffffff, sign = bits ^ magnitude;
+  const std::int32_t bounded = magnitude > infinity ? 0 : std::min(magnitude, one);
+  const float clamped = std::bit_cast<float>(bounded | sign);
+  const auto whole = static_cast<std::int32_t>((clamped * 32768.0F + rounder) - rounder);
+  return static_cast<std::int16_t>(std::min(whole, 32767));
 }
 
-void convert(float value, std::int16_t& result) { result = int16Sample(value); }
-void convert(float value, float& result) { result = value; }
+PLATFORM_VECTOR_CLONES
+void interleave(const float* __restrict left, const float* __restrict right, std::size_t frameCount,
+                std::int16_t* __restrict block) {
+  for (std::size_t frame = 0; frame < frameCount; ++frame) {
+    block[2 * frame] = int16Sample(left[frame]);
+    block[2 * frame + 1] = int16Sample(right[frame]);
+  }
+}
+
+void interleave(const float* left, const float* right, std::size_t frameCount, float* block) {
+  for (std::size_t frame = 0; frame < frameCount; ++frame) {
+    block[2 * frame] = left[frame];
+    block[2 * frame + 1] = right[frame];
+  }
+}
 
 sf_count_t writeFrames(SNDFILE* sound, const std::int16_t* frames, sf_count_t count) {
   return sf_writef_short(sound, frames, count);
@@ -176,10 +197,7 @@ void AudioFileWriter::writeInterleaved(std::vector<Sample>& block, std::span<con
                                        std::span<const float> right) {
   const std::size_t frameCount = std::min(left.size(), right.size());
   block.resize(2 * frameCount);
-  for (std::size_t frame = 0; frame < frameCount; ++frame) {
-    convert(left[frame], block[2 * frame]);
-    convert(right[frame], block[2 * frame + 1]);
-  }
+  interleave(left.data(), right.data(), frameCount, block.data());
   const auto count = static_cast<sf_count_t>(frameCount);
   if (writeFrames(stream_->sound, block.data(), count) != count || stream_->failure != 0)
     stream_->fail(sf_strerror(stream_->sound));

@@ -10,6 +10,8 @@
 namespace platform {
 namespace {
 
+constexpr float largestUsable = 0x1p64F;  // effects can work with what is below
+
 void add(float* __restrict sum, const float* __restrict samples, int frameCount) noexcept {
   for (int n = 0; n < frameCount; ++n) sum[n] += samples[n];
 }
@@ -76,16 +78,18 @@ void AudioGraph::renderStrip(const Strip& strip, Buffers& buffers, Piece piece) 
   float* const mono = buffers.mono.data();
   strip.source->render(piece.sampleTime, piece.frameCount,
                        {mono, static_cast<std::size_t>(piece.frameCount)});
-  if (!isUsable(mono, piece.frameCount)) std::fill_n(mono, piece.frameCount, 0.0F);
-  applyEffects(strip, buffers, piece.frameCount);
+  const float level = peak(mono, piece.frameCount);
+  const bool isUsable = level < largestUsable;
+  if (!isUsable) std::fill_n(mono, piece.frameCount, 0.0F);
+  applyEffects(strip, buffers, piece.frameCount, isUsable && level > 0 ? Input::sounding : Input::silent);
 }
 
-void AudioGraph::applyEffects(const Strip& strip, Buffers& buffers, int frameCount) noexcept {
+void AudioGraph::applyEffects(const Strip& strip, Buffers& buffers, int frameCount, Input input) noexcept {
   const FlushDenormals guard;
   float *const mono = buffers.mono.data(), *const left = buffers.left.data(),
                *const right = buffers.right.data();
-  buffers.isSilent = strip.equalizer->isQuiet() && strip.delay->isQuiet() && strip.reverb->isQuiet() &&
-                     platform::isSilent(mono, frameCount);
+  buffers.isSilent = input == Input::silent && strip.equalizer->isQuiet() && strip.delay->isQuiet() &&
+                     strip.reverb->isQuiet();
   if (buffers.isSilent) {
     strip.equalizer->skip(frameCount);
     strip.delay->skip(frameCount);

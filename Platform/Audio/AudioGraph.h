@@ -72,8 +72,10 @@ class AudioGraph {
     int frameCount;
   };
 
+  enum class Input { silent, sounding };
+
   static void renderStrip(const Strip& strip, Buffers& buffers, Piece piece) noexcept;
-  static void applyEffects(const Strip& strip, Buffers& buffers, int frameCount) noexcept;
+  static void applyEffects(const Strip& strip, Buffers& buffers, int frameCount, Input input) noexcept;
   static void mix(const Buffers& buffers, float* left, float* right, int frameCount) noexcept;
   void renderPiece(StripList& list, Piece piece, float* left, float* right) noexcept;
   void feedTap(const float* left, const float* right, int frameCount) noexcept;

@@ -64,6 +64,9 @@ class Equalizer {
   void passFrames(int frameCount) noexcept;
   int processGliding(float* samples, int frameCount) noexcept;
   void processSteady(float* samples, int frameCount) noexcept;
+  template <Band band>
+  void run(float* samples, int frameCount) noexcept;
+  void runStaggered(float* samples, int frameCount) noexcept;
 
   std::array<GlidingParameter, bandCount> gains_{GlidingParameter(0), GlidingParameter(0),
                                                  GlidingParameter(0)};

@@ -1,14 +1,11 @@
 #include "Platform/Audio/MixerNode.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <numbers>
 
 namespace platform {
 namespace {
-
-constexpr int chunkFrames = 64;
 
 /// The gain of the side that `pan` points away from by `distance`: exactly 0 at 1.
 float farGain(float distance) {
@@ -19,13 +16,11 @@ float farGain(float distance) {
 
 void scale(float* samples, int frameCount, GlidingParameter& gain) noexcept {
   gain.beginBlock();
+  int n = 0;
+  for (; n < frameCount && gain.isGliding(); ++n) samples[n] *= gain.next();
   if (gain.isResting(1)) return;
-  std::array<float, chunkFrames> gains;
-  for (int start = 0; start < frameCount; start += chunkFrames) {
-    const int count = std::min(chunkFrames, frameCount - start);
-    gain.fill(gains.data(), count);
-    for (int n = 0; n < count; ++n) samples[start + n] *= gains[static_cast<std::size_t>(n)];
-  }
+  const float steady = gain.value();
+  for (; n < frameCount; ++n) samples[n] *= steady;
 }
 
 }  // namespace

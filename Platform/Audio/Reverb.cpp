@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "Platform/Audio/Samples.h"
+#include "Platform/Audio/VectorClones.h"
 
 namespace platform {
 namespace {
@@ -51,6 +52,21 @@ std::array<int, FeedbackDelayNetwork::lineCount> lineLengths(double sampleRate) 
         shortestLineSeconds * std::pow(longestLineSeconds / shortestLineSeconds, position), sampleRate);
   }
   return lengths;
+}
+
+PLATFORM_VECTOR_CLONES
+void addGained(float* __restrict early, float earlyGain, const float* __restrict late, float lateGain,
+               int frameCount) noexcept {
+  for (int n = 0; n < frameCount; ++n) early[n] = earlyGain * early[n] + lateGain * late[n];
+}
+
+PLATFORM_VECTOR_CLONES
+void mixDryAndWet(const float* __restrict mono, const float* __restrict wet, const float* __restrict percent,
+                  float* __restrict mixed, int frameCount) noexcept {
+  for (int n = 0; n < frameCount; ++n) {
+    const float mix = percent[n] * 0.01F;
+    mixed[n] = mono[n] * (1 - mix) + wet[n] * mix;
+  }
 }
 
 }  // namespace
@@ -108,12 +124,8 @@ void Reverb::processChunk(const float* mono, float* left, float* right, int fram
   Chunk wetLeft, wetRight, percent;
   renderRoom(mono, wetLeft, wetRight, frameCount);
   mixPercent_.fill(percent.data(), frameCount);
-  for (std::size_t n = 0; n < static_cast<std::size_t>(frameCount); ++n) {
-    const float mix = percent[n] * 0.01F;
-    const float dry = mono[n] * (1 - mix);
-    left[n] = dry + wetLeft[n] * mix;
-    right[n] = dry + wetRight[n] * mix;
-  }
+  mixDryAndWet(mono, wetLeft.data(), percent.data(), left, frameCount);
+  mixDryAndWet(mono, wetRight.data(), percent.data(), right, frameCount);
 }
 
 void Reverb::renderRoom(const float* mono, Chunk& wetLeft, Chunk& wetRight, int frameCount) noexcept {
@@ -133,10 +145,8 @@ void Reverb::renderRoom(const float* mono, Chunk& wetLeft, Chunk& wetRight, int 
   silentFrames_ = isSilent ? std::min(silentFrames_ + frameCount, memoryFrames_) : 0;
 
   const float earlyGain = static_cast<float>(loudness * std::sqrt(earlyShare));
-  for (std::size_t n = 0; n < static_cast<std::size_t>(frameCount); ++n) {
-    wetLeft[n] = earlyGain * wetLeft[n] + lateGain_ * lateLeft[n];
-    wetRight[n] = earlyGain * wetRight[n] + lateGain_ * lateRight[n];
-  }
+  addGained(wetLeft.data(), earlyGain, lateLeft.data(), lateGain_, frameCount);
+  addGained(wetRight.data(), earlyGain, lateRight.data(), lateGain_, frameCount);
 }
 
 }  // namespace platform

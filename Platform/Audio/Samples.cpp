@@ -4,6 +4,8 @@
 #include <bit>
 #include <cstdint>
 
+#include "Platform/Audio/VectorClones.h"
+
 namespace platform {
 namespace {
 
@@ -11,6 +13,13 @@ constexpr int stretch = 64;  // frames between two looks at a result, so that th
 
 /// The bits without the sign grow with the magnitude, and integers may be compared in any order.
 std::int32_t magnitudeBits(float sample) { return std::bit_cast<std::int32_t>(sample) & 0x7fffffff; }
+
+PLATFORM_VECTOR_CLONES
+std::int32_t largestMagnitudeBits(const float* samples, int frameCount) noexcept {
+  std::int32_t bits = 0;
+  for (int n = 0; n < frameCount; ++n) bits = std::max(bits, magnitudeBits(samples[n]));
+  return bits;
+}
 
 }  // namespace
 
@@ -25,17 +34,8 @@ bool isSilent(const float* samples, int frameCount) noexcept {
   return true;
 }
 
-bool isUsable(const float* samples, int frameCount) noexcept {
-  const std::int32_t limit = magnitudeBits(0x1p64F);
-  std::int32_t bad = 0;
-  for (int n = 0; n < frameCount; ++n) bad |= static_cast<std::int32_t>(magnitudeBits(samples[n]) >= limit);
-  return bad == 0;
-}
-
 float peak(const float* samples, int frameCount) noexcept {
-  std::int32_t bits = 0;
-  for (int n = 0; n < frameCount; ++n) bits = std::max(bits, magnitudeBits(samples[n]));
-  return std::bit_cast<float>(bits);
+  return std::bit_cast<float>(largestMagnitudeBits(samples, frameCount));
 }
 
 }  // namespace platform

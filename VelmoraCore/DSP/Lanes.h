@@ -120,16 +120,34 @@ VELMORA_INLINE Lanes<T, width> onlyWhere(const typename Lanes<T, width>::Mask& m
   return result;
 }
 
+/// Whether any sign is set: the processors' own instruction where there is one.
+template <class Part>
+VELMORA_INLINE bool anySign(const Part& signs) {
+  std::uint32_t words[sizeof(Part) / 4];
+  std::memcpy(words, &signs, sizeof(words));
+  std::uint32_t merged = 0;
+  for (const std::uint32_t word : words) merged |= word;
+  return merged >> 31 != 0;
+}
+#ifdef __SSE2__
+VELMORA_INLINE bool anySign(const Lanes<float, 16>::Part& signs) {
+  return __builtin_ia32_movmskps(signs) != 0;
+}
+#endif
+#ifdef __AVX2__
+VELMORA_INLINE bool anySign(const Lanes<float, 32>::Part& signs) {
+  return __builtin_ia32_movmskps256(signs) != 0;
+}
+#endif
+
 /// Whether the mask is set in any lane.
 template <class T, int width>
 VELMORA_INLINE bool any(const Lanes<T, width>& mask) {
   auto merged = mask.part[0];
   for (int i = 1; i < mask.parts; ++i) merged |= mask.part[i];
-  std::uint64_t words[width / 8];
-  std::memcpy(words, &merged, sizeof(words));
-  std::uint64_t bits = 0;
-  for (const std::uint64_t word : words) bits |= word;
-  return bits != 0;
+  typename Lanes<float, width>::Part signs;
+  std::memcpy(&signs, &merged, sizeof(signs));
+  return anySign(signs);
 }
 
 /// Each lane in double precision, exactly.

@@ -31,13 +31,13 @@ float Oscillator::nextSample() noexcept {
   phase = shapes::advanced(p, phaseIncrement);
   switch (waveform) {
     case Waveform::sine:
-      return shapes::shape<Waveform::sine, shapes::Range::any>(p, phaseIncrement);
+      return shapes::shape<Waveform::sine>(p, phaseIncrement);
     case Waveform::triangle:
-      return shapes::shape<Waveform::triangle, shapes::Range::any>(p, phaseIncrement);
+      return shapes::shape<Waveform::triangle>(p, phaseIncrement);
     case Waveform::saw:
-      return shapes::shape<Waveform::saw, shapes::Range::any>(p, phaseIncrement);
+      return shapes::shape<Waveform::saw>(p, phaseIncrement);
     case Waveform::square:
-      return shapes::shape<Waveform::square, shapes::Range::any>(p, phaseIncrement);
+      return shapes::shape<Waveform::square>(p, phaseIncrement);
   }
   return 0;
 }

@@ -8,11 +8,6 @@
 /// sample.
 namespace velmora::shapes {
 
-/// What is known of the increments. Below `lowIncrement` no phase is near both edges of a square at once,
-/// which saves work and changes no bit.
-enum class Range : std::uint8_t { any, low };
-inline constexpr float lowIncrement = 0.25F;
-
 /// A phase moved on by d, kept below 1.
 template <class F>
 VELMORA_INLINE F advanced(const F& p, const F& d) {
@@ -32,40 +27,45 @@ VELMORA_INLINE F polyBLEP(const F& p, const F& d) {
   return onlyWhere(isAfter, after) + onlyWhere(isBefore, before);
 }
 
-/// A square: one step up at 0 and one down at a half, which the phase q, half a cycle ahead, meets at 0.
-template <Range range, class F>
-VELMORA_INLINE F square(const F& p, const F& d) {
-  const F q = advanced(p, F(0.5F));
-  const F sign = onlyWhere(p < 0.5F, F(2.0F)) - 1.0F;
-  if constexpr (range == Range::any) {
-    return sign + polyBLEP(p, d) - polyBLEP(q, d);
-  } else {
-    // The nearest step behind and the nearest ahead, one of them up and one down. Which is which is told by
-    // the order of p and q, not by p < 0.5: just below a half, p + 0.5 rounds up and q has already wrapped.
-    const auto isUpBehind = p < q;
-    const F direction = onlyWhere(isUpBehind, F(2.0F)) - 1.0F;
-    const F behind = select(isUpBehind, p, q);
-    const F ahead = select(isUpBehind, q, p);
-    const auto isAfter = behind < d;
-    const auto isBefore = ahead > 1.0F - d;
-    const F t = select(isAfter, behind, ahead - 1.0F) / d;
-    const F after = (t + t) - t * t + -1.0F;
-    const F before = -1.0F - (t + (t + t * t));
-    return sign + direction * (onlyWhere(isAfter, after) + onlyWhere(isBefore, before));
-  }
-}
-
-/// The output of one waveform.
-template <Waveform waveform, Range range, class F>
-VELMORA_INLINE F shape(const F& p, const F& d) {
+/// The waveform without its steps rounded.
+template <Waveform waveform, class F>
+VELMORA_INLINE F plain(const F& p) {
   if constexpr (waveform == Waveform::sine) {
     return exact::sinSingle(p * F(radiansPerCycle));
   } else if constexpr (waveform == Waveform::triangle) {
     return select(p < 0.5F, p * 4.0F + -1.0F, 3.0F - p * 4.0F);
   } else if constexpr (waveform == Waveform::saw) {
-    return (p + p + -1.0F) - polyBLEP(p, d);
+    return p + p + -1.0F;
   } else {
-    return square<range>(p, d);
+    return onlyWhere(p < 0.5F, F(2.0F)) - 1.0F;
+  }
+}
+
+/// The output of one waveform. A square has one step up at 0 and one down at a half, which the phase half a
+/// cycle ahead meets at 0.
+template <Waveform waveform, class F>
+VELMORA_INLINE F shape(const F& p, const F& d) {
+  if constexpr (waveform == Waveform::saw) {
+    return plain<waveform>(p) - polyBLEP(p, d);
+  } else if constexpr (waveform == Waveform::square) {
+    return plain<waveform>(p) + polyBLEP(p, d) - polyBLEP(advanced(p, F(0.5F)), d);
+  } else {
+    return plain<waveform>(p);
+  }
+}
+
+template <Waveform waveform>
+inline constexpr bool hasSteps = waveform == Waveform::saw || waveform == Waveform::square;
+
+/// Whether a phase may lie within a sample of a step. Where it doesn't, the shape is the plain waveform.
+template <Waveform waveform, class F>
+VELMORA_INLINE auto isNearStep(const F& p, const F& d) {
+  if constexpr (waveform == Waveform::saw) {
+    return (p < d) | (p > 1.0F - d);
+  } else {
+    const F reach = onlyWhere(d > 0.0F, d + 0x1p-20F);  // more than what moving by half a cycle rounds away
+    const F q = p - onlyWhere(p >= 0.5F, F(0.5F));
+    return (q < reach) | (q > 0.5F - reach);
   }
 }
 

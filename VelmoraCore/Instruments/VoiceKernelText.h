@@ -1,6 +1,7 @@
 #pragma once
 
 #include <algorithm>
+#include <bit>
 #include <cstring>
 #include <type_traits>
 
@@ -16,9 +17,8 @@ namespace velmora {
 ///
 /// Each stage of the sound is a short loop with one lane a voice. Within any window of eight samples each
 /// voice's filter is updated exactly once, so the designs of all voices, wherever they fall, are one
-/// computation a window. The designs of a chunk are made ahead, as none waits for another; oscillators and
-/// filters alternate by window, so that the processor runs the next oscillators while the filters wait for
-/// themselves.
+/// computation a window. Stages that wait for themselves, sample after sample, stand beside others that
+/// don't: envelopes beside designs, one oscillator beside the other, filters beside sums.
 template <int width>
 struct VoiceKernelText {
   using Floats = Lanes<float, width>;
@@ -39,65 +39,85 @@ struct VoiceKernelText {
   }
 
   static void stepChunk(VoiceLanes& voices, int frames, float* sums) noexcept {
-    Floats amp[chunk];
-    Floats brightness[chunk];
-    for (int start = 0; start < frames; start += window) {
-      stepEnvelopes(voices, smaller(window, frames - start), amp + start, brightness + start);
-    }
     const DueFrames due(voices, frames);
+    Floats amp[chunk];
     Coefficients updates[windowsInChunk];
     for (int start = 0; start < frames; start += window) {
-      design(voices, due, brightness + start, smaller(window, frames - start), updates[start / window]);
+      const int count = smaller(window, frames - start);
+      Floats brightness[window];
+      stepEnvelopes(voices, count, amp + start, brightness);
+      design(voices, due, brightness, count, updates[start / window]);
     }
+    Floats signal[chunk];
     const SynthParameters& sound = *voices.parameters;
     withWaveform(sound.osc1Waveform, [&](auto first) {
-      withWaveform(sound.osc2Waveform, [&](auto second) {
-        for (int start = 0; start < frames; start += window) {
-          const int count = smaller(window, frames - start);
-          Floats signal[window];
-          mixOscillators<first(), second()>(voices, count, signal);
-          filter(voices, due, updates[start / window], amp + start, count, signal);
-          fade(voices, count, signal);
-          sumVoices(signal, count, sums + start);
-        }
-      });
+      withWaveform(sound.osc2Waveform,
+                   [&](auto second) { mixOscillators<first(), second()>(voices, frames, signal); });
     });
+    for (int start = 0; start < frames; start += window) {
+      const int count = smaller(window, frames - start);
+      filter(voices, due, updates[start / window], amp + start, count, signal + start);
+      fade(voices, count, signal + start);
+      sumVoices(signal + start, count, sums + start);
+    }
   }
 
-  /// Both envelopes by up to a window: together as long as no stage ends, else sample by sample.
+  /// The stages of an envelope's eight lanes, for as long as none ends.
+  struct Recursion {
+    Floats sustainLevel, base, coefficient, upperBound, lowerBound;
+    Mask isSustaining;
+
+    explicit Recursion(const EnvelopeLanes& envelope) noexcept
+        : sustainLevel(envelope.shape.sustainLevel()),
+          base(load(envelope.base)),
+          coefficient(load(envelope.coefficient)),
+          upperBound(load(envelope.upperBound)),
+          lowerBound(load(envelope.lowerBound)),
+          isSustaining(Mask::load(envelope.isSustaining.data())) {}
+
+    /// Whether a step changes no level, as in a sustain that has arrived and in an idle voice.
+    bool areHolding(const Floats& level) const noexcept {
+      const Floats stepped = next(level);
+      return !any(hasCrossed(stepped) | ((stepped == level) == Mask(0)));
+    }
+    Floats next(const Floats& level) const noexcept {
+      const Floats glided = level + (sustainLevel - level) * ADSR::sustainGlide;
+      return select(isSustaining, glided, base + level * coefficient);
+    }
+    Mask hasCrossed(const Floats& level) const noexcept {
+      return (level >= upperBound) | (level <= lowerBound);
+    }
+  };
+
+  /// Both envelopes by up to a window: nothing to step while all voices hold their levels, and together as
+  /// long as no stage ends.
   static void stepEnvelopes(VoiceLanes& voices, int frames, Floats* amp, Floats* brightness) noexcept {
     const Recursion ampStages(voices.ampEnv);
     const Recursion filterStages(voices.filterEnv);
     Floats ampLevel = load(voices.ampEnv.level);
     Floats filterLevel = load(voices.filterEnv.level);
-    if (ampStages.areAllSustaining() && filterStages.areAllSustaining()) {
-      for (int frame = 0; frame < frames; ++frame) {
-        amp[frame] = ampLevel = ampStages.glided(ampLevel);
-        brightness[frame] = filterLevel = filterStages.glided(filterLevel);
-      }
-      store(voices.ampEnv.level, ampLevel);
-      store(voices.filterEnv.level, filterLevel);
+    if (ampStages.areHolding(ampLevel) && filterStages.areHolding(filterLevel)) {
+      std::fill_n(amp, frames, ampLevel);
+      std::fill_n(brightness, frames, filterLevel);
       return;
     }
-    Mask ampCrossed(0);
-    Mask filterCrossed(0);
     for (int frame = 0; frame < frames; ++frame) {
       amp[frame] = ampLevel = ampStages.next(ampLevel);
       brightness[frame] = filterLevel = filterStages.next(filterLevel);
-      ampCrossed = ampCrossed | ampStages.hasCrossed(ampLevel);
-      filterCrossed = filterCrossed | filterStages.hasCrossed(filterLevel);
     }
-    finishWindow(voices.ampEnv, any(ampCrossed), ampLevel, frames, amp);
-    finishWindow(voices.filterEnv, any(filterCrossed), filterLevel, frames, brightness);
+    finishWindow(voices.ampEnv, ampStages, frames, amp);
+    finishWindow(voices.filterEnv, filterStages, frames, brightness);
   }
 
-  /// Keeps the level reached, unless a stage has ended on the way: then the window is run again.
-  static void finishWindow(EnvelopeLanes& envelope, bool hasCrossed, const Floats& level, int frames,
+  /// Keeps the level reached, unless a stage has ended on the way: then the window is run again. As a stage
+  /// only rises or only falls, a bound that it passes is passed in the first sample or still in the last.
+  static void finishWindow(EnvelopeLanes& envelope, const Recursion& stages, int frames,
                            Floats* levels) noexcept {
-    if (hasCrossed) {
+    const Floats reached = levels[frames - 1];
+    if (any(stages.hasCrossed(levels[0]) | stages.hasCrossed(reached))) {
       runToBounds(envelope, frames, levels);
     } else {
-      store(envelope.level, level);
+      store(envelope.level, reached);
     }
   }
 
@@ -115,31 +135,6 @@ struct VoiceKernelText {
       levels[frame] = load(envelope.level);
     }
   }
-
-  /// The stages of an envelope's eight lanes, for as long as none ends.
-  struct Recursion {
-    Floats sustainLevel, base, coefficient, upperBound, lowerBound;
-    Mask isSustaining;
-
-    explicit Recursion(const EnvelopeLanes& envelope) noexcept
-        : sustainLevel(envelope.shape.sustainLevel()),
-          base(load(envelope.base)),
-          coefficient(load(envelope.coefficient)),
-          upperBound(load(envelope.upperBound)),
-          lowerBound(load(envelope.lowerBound)),
-          isSustaining(Mask::load(envelope.isSustaining.data())) {}
-
-    bool areAllSustaining() const noexcept { return !any(isSustaining == Mask(0)); }
-    Floats glided(const Floats& level) const noexcept {
-      return level + (sustainLevel - level) * ADSR::sustainGlide;
-    }
-    Floats next(const Floats& level) const noexcept {
-      return select(isSustaining, glided(level), base + level * coefficient);
-    }
-    Mask hasCrossed(const Floats& level) const noexcept {
-      return (level >= upperBound) | (level <= lowerBound);
-    }
-  };
 
   /// Calls `body` with the waveform as a constant.
   template <class Body>
@@ -159,25 +154,49 @@ struct VoiceKernelText {
   template <Waveform first, Waveform second>
   static void mixOscillators(VoiceLanes& voices, int frames, Floats* mixed) noexcept {
     const Floats level1 = voices.parameters->osc1Level, level2 = voices.parameters->osc2Level;
-    const Floats increment1 = load(voices.osc1.increment), increment2 = load(voices.osc2.increment);
-    Floats phase1 = load(voices.osc1.phase), phase2 = load(voices.osc2.phase);
-    const bool areLow = !any((increment1 >= shapes::lowIncrement) | (increment2 >= shapes::lowIncrement));
-    const auto run = [&](auto range) {
-      for (int frame = 0; frame < frames; ++frame) {
-        mixed[frame] = shapes::shape<first, range()>(phase1, increment1) * level1 +
-                       shapes::shape<second, range()>(phase2, increment2) * level2;
-        phase1 = shapes::advanced(phase1, increment1);
-        phase2 = shapes::advanced(phase2, increment2);
-      }
-    };
-    if (areLow) {
-      run(std::integral_constant<shapes::Range, shapes::Range::low>());
-    } else {
-      run(std::integral_constant<shapes::Range, shapes::Range::any>());
+    Oscillators<first> one(voices.osc1);
+    Oscillators<second> two(voices.osc2);
+    for (int frame = 0; frame < frames; ++frame) {
+      one.step(frame);
+      two.step(frame);
     }
-    store(voices.osc1.phase, phase1);
-    store(voices.osc2.phase, phase2);
+    one.roundSteps();
+    two.roundSteps();
+    for (int frame = 0; frame < frames; ++frame) {
+      mixed[frame] = one.output[frame] * level1 + two.output[frame] * level2;
+    }
+    store(voices.osc1.phase, one.phase);
+    store(voices.osc2.phase, two.phase);
   }
+
+  /// One oscillator of all voices. Few samples are near a step of the waveform, so that all are made plain
+  /// first and those few shaped in full afterwards.
+  template <Waveform waveform>
+  struct Oscillators {
+    Floats increment, phase;
+    Floats phases[chunk];
+    Floats output[chunk];
+    std::uint64_t nearSteps = 0;  // a bit a sample
+    static_assert(chunk <= 64);
+
+    explicit Oscillators(const OscillatorLanes& lanes) noexcept
+        : increment(load(lanes.increment)), phase(load(lanes.phase)) {}
+
+    VELMORA_INLINE void step(int frame) noexcept {
+      phases[frame] = phase;
+      output[frame] = shapes::plain<waveform>(phase);
+      if constexpr (shapes::hasSteps<waveform>) {
+        nearSteps |= std::uint64_t{any(shapes::isNearStep<waveform>(phase, increment))} << frame;
+      }
+      phase = shapes::advanced(phase, increment);
+    }
+    void roundSteps() noexcept {
+      for (; nearSteps != 0; nearSteps &= nearSteps - 1) {
+        const int frame = std::countr_zero(nearSteps);
+        output[frame] = shapes::shape<waveform>(phases[frame], increment);
+      }
+    }
+  };
 
   /// In which sample of every window each voice's filter is updated.
   struct DueFrames {
@@ -269,13 +288,42 @@ struct VoiceKernelText {
   }
 
   static void sumVoices(const Floats* signal, int frames, float* sums) noexcept {
-    for (int frame = 0; frame < frames; ++frame) {
+    int frame = 0;
+    for (; frame + 4 <= frames; frame += 4) sumFourFrames(signal + frame, sums + frame);
+    for (; frame < frames; ++frame) {
       float voices[voiceCount];
       signal[frame].store(voices);
       float sum = 0;
       for (const float voice : voices) sum += voice;
       sums[frame] = sum;
     }
+  }
+
+  typedef float Four __attribute__((vector_size(16)));
+
+  /// The same sums in the same order, side by side.
+  static void sumFourFrames(const Floats* signal, float* sums) noexcept {
+    Four sum{};
+    for (std::size_t firstVoice = 0; firstVoice < voiceCount; firstVoice += 4) {
+      Four rows[4];
+      for (int frame = 0; frame < 4; ++frame) {
+        const auto* const voices = reinterpret_cast<const char*>(signal + frame);
+        std::memcpy(&rows[frame], voices + firstVoice * sizeof(float), sizeof(Four));
+      }
+      riffle(rows);
+      riffle(rows);
+      for (const Four& voice : rows) sum = sum + voice;
+    }
+    std::memcpy(sums, &sum, sizeof(sum));
+  }
+
+  /// Lays the upper two rows between the lower two, like cards. Twice that exchanges rows and columns.
+  static void riffle(Four (&rows)[4]) noexcept {
+    const auto [a, b, c, d] = rows;
+    rows[0] = __builtin_shufflevector(a, c, 0, 4, 1, 5);
+    rows[1] = __builtin_shufflevector(a, c, 2, 6, 3, 7);
+    rows[2] = __builtin_shufflevector(b, d, 0, 4, 1, 5);
+    rows[3] = __builtin_shufflevector(b, d, 2, 6, 3, 7);
   }
 
   static void addClipped(float* into, const float* sums, float drive, int frameCount) noexcept {
@@ -292,7 +340,7 @@ struct VoiceKernelText {
     std::memcpy(into + frame, last, rest);
   }
 
-  static void addClippedLanes(float* into, const float* sums, float drive) noexcept {
+  VELMORA_INLINE static void addClippedLanes(float* into, const float* sums, float drive) noexcept {
     const Floats clipped = exact::tanhSingle(Floats(drive) * Floats::load(sums));
     (Floats::load(into) + clipped).store(into);
   }

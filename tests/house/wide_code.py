@@ -6,7 +6,8 @@ import subprocess
 import sys
 
 library, wide_file = sys.argv[1:]
-OWN = re.compile(r"Li32E|Dv8_f|Dv4_d")  # lanes of 32 bytes in the mangled name
+# Lanes of 32 bytes in the mangled name; or no code at all, but the address of the exception tables' handler.
+OWN = re.compile(r"Li32E|Dv8_f|Dv4_d|^DW\.ref\.")
 
 listing = subprocess.run(["nm", "--defined-only", library], capture_output=True, text=True, check=True).stdout
 members = re.split(r"\n(?=\S+\.o:\n)", "\n" + listing)
