@@ -1,0 +1,112 @@
+#include "Velmora/Studio/PianoRoll/AccessibleNote.h"
+
+#include <algorithm>
+#include <iterator>
+
+#include "Velmora/Studio/PianoRoll/PitchName.h"
+
+namespace velmora {
+
+namespace {
+
+struct ActionRow {
+  QString name;
+  void (*act)(PianoRollCanvasView& canvas, const UUID& noteID);
+};
+
+const auto& actionRows() {
+  static const ActionRow rows[] = {
+      {QAccessibleActionInterface::pressAction(),
+       [](auto& canvas, auto& id) { canvas.commands().select(id); }},
+      {"Delete", [](auto& canvas, auto& id) { canvas.commands().remove(id); }},
+      {"Move up a semitone", [](auto& canvas, auto& id) { canvas.commands().transpose(id, 1); }},
+      {"Move down a semitone", [](auto& canvas, auto& id) { canvas.commands().transpose(id, -1); }},
+      {QAccessibleActionInterface::setFocusAction(),
+       [](auto& canvas, auto& id) {
+         canvas.setFocus();
+         canvas.moveCursorTo(id);
+       }},
+  };
+  return rows;
+}
+
+}  // namespace
+
+const Note* AccessibleNote::note() const { return canvas_ ? canvas_->commands().note(noteID_) : nullptr; }
+
+QAccessibleInterface* AccessibleNote::parent() const {
+  return QAccessible::queryAccessibleInterface(canvas_);
+}
+
+QWindow* AccessibleNote::window() const {
+  const QAccessibleInterface* canvas = parent();
+  return canvas ? canvas->window() : nullptr;
+}
+
+QString AccessibleNote::text(QAccessible::Text type) const {
+  const Note* shown = note();
+  if (!shown) return {};
+  switch (type) {
+    case QAccessible::Name:
+      return PianoRollCanvasView::tr("%1, beat %2")
+          .arg(pitchName(shown->pitch))
+          .arg(shown->startBeat + 1, 0, 'f', 2);
+    case QAccessible::Value:
+      return QString::number(shown->velocity);
+    case QAccessible::Description:
+      return PianoRollCanvasView::tr("Velocity %1").arg(shown->velocity);
+    default:
+      return {};
+  }
+}
+
+QRect AccessibleNote::rect() const {
+  const Note* shown = note();
+  if (!shown) return {};
+  const QRect frame = canvas_->roll().noteRect(*shown).toAlignedRect();
+  return {canvas_->mapToGlobal(frame.topLeft()), frame.size()};
+}
+
+QAccessible::State AccessibleNote::state() const {
+  QAccessible::State state;
+  const Note* shown = note();
+  state.invalid = !shown;
+  if (!shown) return state;
+  state.disabled = !canvas_->isEnabled();
+  state.invisible = !canvas_->isVisible() || !canvas_->roll().shows(shown->pitch);
+  state.offscreen = !canvas_->visibleRegion().intersects(canvas_->roll().noteRect(*shown).toAlignedRect());
+  state.selectable = true;
+  state.selected = canvas_->commands().selectedNote() == shown;
+  state.focusable = true;
+  state.focused = canvas_->hasFocus() && canvas_->noteAtCursor() == shown;
+  return state;
+}
+
+void* AccessibleNote::interface_cast(QAccessible::InterfaceType type) {
+  if (type == QAccessible::ActionInterface) return static_cast<QAccessibleActionInterface*>(this);
+  if (type == QAccessible::ValueInterface) return static_cast<QAccessibleValueInterface*>(this);
+  return nullptr;
+}
+
+QStringList AccessibleNote::actionNames() const {
+  QStringList names;
+  if (!note() || !canvas_->isEnabled()) return names;
+  for (const ActionRow& row : actionRows()) names << row.name;
+  return names;
+}
+
+void AccessibleNote::doAction(const QString& name) {
+  const auto* row = std::ranges::find(actionRows(), name, &ActionRow::name);
+  if (row != std::end(actionRows()) && actionNames().contains(name)) row->act(*canvas_, noteID_);
+}
+
+QVariant AccessibleNote::currentValue() const {
+  const Note* shown = note();
+  return shown ? QVariant(int{shown->velocity}) : QVariant();
+}
+
+void AccessibleNote::setCurrentValue(const QVariant& value) {
+  if (note() && canvas_->isEnabled()) canvas_->commands().setVelocity(noteID_, value.toInt());
+}
+
+}  // namespace velmora

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <QBoxLayout>
+#include <QDialog>
+#include <QLabel>
+
+#include "Velmora/Studio/Shell/ShellButton.h"
+
+namespace velmora {
+
+/// A dialog over one window: a toolbar with the heading, and the content under it. Deletes itself when
+/// closed.
+class Sheet : public QDialog {
+ public:
+  Sheet(const QString& title, QWidget* parent);
+
+  void setHeading(const QString& heading);
+
+ protected:
+  /// Toolbar buttons stand at the trailing edge in the order of the calls.
+  ShellButton& addToolbarButton(ShellButton* button, const QString& id);
+  ShellButton& addLeadingButton(ShellButton* button, const QString& id);
+  QVBoxLayout& content() { return content_; }
+
+  void paintEvent(QPaintEvent* event) override;
+
+ private:
+  QVBoxLayout column_;
+  QHBoxLayout toolbar_;
+  QVBoxLayout content_;
+  QLabel heading_;
+};
+
+/// A text of a sheet in one of the theme's fonts; long ones wrap.
+QLabel* makeLabel(const QString& text, Theme::Text font, const QColor& color = Theme::text);
+
+/// A symbol alone, to go with text of `size` logical pixels.
+QLabel* makeSymbol(const QString& name, const QColor& color, double size);
+
+}  // namespace velmora

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QString>
+#include <functional>
+
+class QWidget;
+
+namespace velmora {
+
+/// Makes the views of the workspaces, for each window its own. A missing one leaves its area empty.
+struct WorkspaceViews {
+  using Make = std::function<QWidget*(QWidget* parent)>;
+  Make arrangement;
+  Make patternEditor;
+  Make mixer;
+};
+
+/// What the shell opens but doesn't hold, supplied by whoever composes the application.
+struct ShellServices {
+  WorkspaceViews views;
+  std::function<void()> exportWAV;
+  std::function<void()> contentAppeared;  ///< once for every window, when it is on the screen
+
+  // The online services; for a missing one a page tells that it is still to come.
+  std::function<void(QWidget* window)> checkForUpdates;
+  std::function<void(QWidget* window)> showAccount;
+  std::function<void(QWidget* window)> showCommunity;
+  std::function<QString()> accountEntry;  ///< the account's text in the menu "Project actions"
+
+  /// Ends the process; everything is saved. Without one the event loop is left.
+  std::function<void()> terminate;
+};
+
+}  // namespace velmora

@@ -1,0 +1,19 @@
+#pragma once
+
+#include "Velmora/Model/AppModel.h"
+
+namespace velmora {
+
+/// Holds the model's `isEditingText` for as long as it lives.
+class TextEditing {
+ public:
+  explicit TextEditing(AppModel& model) : model_(model) { model_.isEditingText.set(true); }
+  ~TextEditing() { model_.isEditingText.set(false); }
+  TextEditing(const TextEditing&) = delete;
+  TextEditing& operator=(const TextEditing&) = delete;
+
+ private:
+  AppModel& model_;
+};
+
+}  // namespace velmora

@@ -1,0 +1,246 @@
+#include <QAction>
+#include <QLabel>
+#include <QMenu>
+#include <gtest/gtest.h>
+
+#include "Velmora/Studio/Arrangement/ArrangementView.h"
+#include "Velmora/Studio/Arrangement/LoopEditorView.h"
+#include "Velmora/Theme/Theme.h"
+#include "tests/Velmora/Studio/Arrangement/ArrangementBench.h"
+
+namespace velmora::testing {
+namespace {
+
+/// What lies over what, as the painter would mix it.
+QColor over(const QColor& ground, const QColor& veil, double opacity = 1) {
+  const double alpha = static_cast<double>(veil.alphaF()) * opacity;
+  const auto mix = [alpha](int below, int above) { return qRound(below + (above - below) * alpha); };
+  return {mix(ground.red(), veil.red()), mix(ground.green(), veil.green()), mix(ground.blue(), veil.blue())};
+}
+
+::testing::AssertionResult isNear(const QColor& seen, const QColor& expected) {
+  const int distance =
+      std::max({std::abs(seen.red() - expected.red()), std::abs(seen.green() - expected.green()),
+                std::abs(seen.blue() - expected.blue())});
+  if (distance <= 2) return ::testing::AssertionSuccess();
+  return ::testing::AssertionFailure()
+         << seen.name().toStdString() << " for " << expected.name().toStdString();
+}
+
+TEST(ArrangementCanvasTest, DrawsEachLayerInItsColor) {
+  ArrangementBench bench;
+  bench.model->changeClip(bench.clipID(1), {.lengthBeats = 6});
+  bench.model->setLoop(2, 12);
+  bench.model->seek(100);
+  bench.settle();
+  const QImage image = bench.canvas->grab().toImage();
+  const auto seen = [&](double x, double y) { return image.pixelColor(QPoint(int(x), int(y))); };
+  const QColor inLoop = over(Theme::deep, Theme::accent, 0.045);
+  const QColor stripe = over(over(Theme::deep, Qt::white, 0.03), Theme::accent, 0.045);
+  const QColor orange = Theme::color(TrackColor::orange);
+  const struct {
+    const char* what;
+    double x, y;
+    QColor expected;
+  } rows[] = {
+      {"ground", 48 + 20, 200, Theme::deep},
+      {"loop", 3 * 48 + 20, 200, inLoop},
+      {"stripe", 5 * 48 + 20, 240, stripe},
+      {"selected lane", 48 + 20, 96, over(Theme::deep, Qt::white, 0.035)},
+      {"beat line", 48, 200, over(Theme::deep, Theme::lineWeak)},
+      {"bar line", 4 * 48, 240, over(stripe, Theme::line)},
+      {"lane line", 48 + 20, 128, over(Theme::deep, Theme::line)},
+      {"loop line", 12 * 48, 240,
+       over(over(over(Theme::deep, Qt::white, 0.03), Theme::line), Theme::accent, 0.35)},
+      {"clip", 5 * 48 + 20, 110, over(over(stripe, Qt::white, 0.035), orange, 0.85)},
+      {"selected outline", 4 * 48 + 1, 96, Qt::white},
+      {"grip", 10 * 48 - 1.5 - 4.5, 96, Qt::white},
+      {"other clip beside the grip's place", 12 * 48 - 6, 160,
+       over(over(inLoop, Qt::white, 0.03), Theme::color(TrackColor::red), 0.85)},
+  };
+  for (const auto& row : rows) EXPECT_TRUE(isNear(seen(row.x, row.y), row.expected)) << row.what;
+  const QColor tile = seen(8 * 48, 110);
+  EXPECT_LT(tile.red(), seen(8 * 48 + 4, 110).red() - 20);          // clip 1 is longer than its pattern
+  EXPECT_TRUE(isNear(seen(4 * 48 - 3, 60), seen(4 * 48 - 8, 60)));  // clip 0 isn't
+}
+
+TEST(ArrangementCanvasTest, IsNotDrawnAgainForEditsElsewhere) {
+  ArrangementBench bench;
+  EventCounter paints(*bench.canvas);
+  bench.model->setTrackVolume(bench.track(1).id, 0.3F);
+  bench.model->toggleMute(bench.track(0).id);
+  bench.model->setMasterVolume(0.5F);
+  bench.model->addMelodicNote(*bench.track(1).selectedPatternID, 60, 0, 1, 0.25);
+  bench.settle();
+  EXPECT_EQ(paints.count, 0);
+  bench.model->selectTrack(bench.track(2).id);
+  bench.settle();
+  EXPECT_EQ(paints.count, 1);
+}
+
+TEST(ArrangementCanvasTest, ClipsCanBeReadSelectedAndDeleted) {
+  ArrangementBench bench;
+  QAccessibleInterface* const list = QAccessible::queryAccessibleInterface(bench.canvas);
+  ASSERT_EQ(list->childCount(), 3);
+  QAccessibleInterface* const clip = list->child(1);
+  EXPECT_EQ(clip->text(QAccessible::Name), "Clip on Pad, beat 5");
+  EXPECT_EQ(list->indexOfChild(clip), 1);
+  EXPECT_EQ(list->childAt(clip->rect().center().x(), clip->rect().center().y()), clip);
+  clip->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+  EXPECT_EQ(bench.model->selectedClipID(), bench.clipID(1));
+  clip->actionInterface()->doAction("Delete");
+  bench.settle();
+  EXPECT_EQ(list->childCount(), 2);
+  EXPECT_EQ(clip->text(QAccessible::Name), "Clip on Bass, beat 9");
+  EXPECT_FALSE(list->child(2));
+}
+
+TEST(RulerCanvasTest, MovesThePlayhead) {
+  ArrangementBench bench;
+  QWidget& ruler = bench.part("arrangement.ruler");
+  const auto beat = [&] { return bench.model->transport().playhead(); };
+  QTest::mouseClick(&ruler, Qt::LeftButton, {}, {480, 10});
+  EXPECT_EQ(beat(), 10);
+  QTest::keyClick(&ruler, Qt::Key_Right);
+  QTest::keyClick(&ruler, Qt::Key_PageUp);
+  EXPECT_EQ(beat(), 15);
+  auto* const spoken = QAccessible::queryAccessibleInterface(&ruler);
+  EXPECT_EQ(spoken->text(QAccessible::Name), "Timeline position");
+  spoken->actionInterface()->doAction(QAccessibleActionInterface::decreaseAction());
+  EXPECT_EQ(beat(), 14);
+  QTest::keyClick(&ruler, Qt::Key_Home);
+  EXPECT_EQ(beat(), 0);
+}
+
+TEST(PlayheadMarkerTest, TicksOnlyWhileItPlaysAndDrawsOnlyItsOwnPixels) {
+  ArrangementBench bench;
+  bench.model->seek(3);
+  bench.settle();
+  QWidget* const marker = bench.canvas->findChild<QWidget*>();
+  EXPECT_EQ(marker->x(), 3 * 48 - 1);
+  EXPECT_EQ(marker->height(), bench.canvas->height());
+  bench.model->transport().publish(5);
+  bench.settle();
+  EXPECT_EQ(marker->x(), 3 * 48 - 1);
+  bench.model->play();
+  EXPECT_TRUE(spinUntil([&] { return marker->x() == 5 * 48 - 1; }));
+  bench.settle();
+  EventCounter paints(*bench.canvas);
+  bench.model->transport().publish(6);
+  EXPECT_TRUE(spinUntil([&] { return paints.count > 0; }));
+  EXPECT_LE(paints.pixels, 2 * marker->width() * marker->height());
+  bench.model->stop();
+}
+
+TEST(TrackHeaderTest, SelectsMixesAndDeletesItsTrack) {
+  ArrangementBench bench;
+  const auto rows = bench.view->findChildren<QWidget*>("arrangement.track");
+  ASSERT_EQ(rows.size(), 4);
+  EXPECT_EQ(QAccessible::queryAccessibleInterface(rows[1])->role(), QAccessible::Button);
+  EXPECT_EQ(rows[1]->accessibleName(), "Pad, Pad track");
+  EXPECT_EQ(rows[3]->accessibleName(), "Voice, Audio track");
+  QTest::mouseClick(rows[1], Qt::LeftButton, {}, {60, 30});
+  EXPECT_EQ(bench.model->selectedTrackID(), bench.track(1).id);
+  auto* const mute = rows[1]->findChild<QAbstractButton*>("arrangement.track.mute");
+  EXPECT_EQ(mute->accessibleName(), "Mute Pad");
+  mute->click();
+  bench.settle();
+  EXPECT_TRUE(bench.track(1).isMuted);
+  EXPECT_EQ(mute->accessibleName(), "Unmute Pad");
+  auto* const pan =
+      QAccessible::queryAccessibleInterface(rows[1]->findChild<QWidget*>("arrangement.track.pan"));
+  EXPECT_EQ(pan->text(QAccessible::Name), "Pad pan");
+  EXPECT_EQ(pan->text(QAccessible::Value), "centre");
+  pan->valueInterface()->setCurrentValue(-0.5);
+  EXPECT_EQ(bench.track(1).pan, -0.5F);
+  EXPECT_EQ(pan->text(QAccessible::Value), "50 percent left");
+  rows[1]->actions().front()->trigger();
+  bench.settle();
+  EXPECT_EQ(bench.view->findChildren<QWidget*>("arrangement.track").size(), 3);
+}
+
+TEST(TrackHeaderTest, TheMenuAddsTracksOfEveryKind) {
+  ArrangementBench bench({600, 300});
+  QStringList texts;
+  for (QAction* item : bench.part("arrangement.addTrack").findChild<QMenu*>()->actions()) {
+    texts << item->text();
+    item->trigger();
+  }
+  EXPECT_EQ(texts.join(','), "Drums,MiniSynth,Bass,Pad,Lead,Keys,Audio");
+  ASSERT_EQ(bench.model->song().tracks.size(), 11U);
+  EXPECT_EQ(bench.track(6).kind, TrackKind::synth(SynthPreset::bass));
+  bench.settle();
+  EXPECT_EQ(bench.part("arrangement.tracks").width(), 136);
+  bench.wheel({0, -12000});
+  QWidget& menu = bench.part("arrangement.addTrack");
+  EXPECT_LE(menu.mapTo(&*bench.view, menu.rect().bottomLeft()).y(), bench.view->height());
+}
+
+TEST(SelectedClipPanelTest, ChangesTheClip) {
+  ArrangementBench bench;
+  QWidget& panel = bench.part("arrangement.selectedClip");
+  EXPECT_FALSE(panel.isVisible());
+  bench.model->selectClip(bench.clipID(1));
+  bench.settle();
+  EXPECT_TRUE(panel.isVisible());
+  QWidget& start = bench.part("arrangement.clip.start");
+  EXPECT_EQ(start.findChild<QLabel*>()->text(), "Start: 4");
+  start.findChildren<QAbstractButton*>().back()->click();
+  bench.part("arrangement.clip.beats").findChildren<QAbstractButton*>().front()->click();
+  EXPECT_EQ(bench.clip(1).startBeat, 5);
+  EXPECT_EQ(bench.clip(1).lengthBeats, 3);
+  bench.press("arrangement.clip.move");
+  auto* const menu = bench.part("arrangement.clip.move").findChild<QMenu*>();
+  ASSERT_EQ(menu->actions().size(), 1);
+  menu->actions().front()->trigger();
+  menu->close();
+  EXPECT_EQ(bench.clip(1).trackID, bench.track(2).id);
+  bench.press("arrangement.clip.edit");
+  EXPECT_EQ(bench.model->workspace(), Workspace::pattern);
+  EXPECT_EQ(bench.model->selectedTrackID(), bench.track(2).id);
+}
+
+TEST(LoopEditorViewTest, SetsAndClearsTheLoop) {
+  ArrangementBench bench;
+  LoopEditorView editor(*bench.model);
+  const auto texts = [&] {
+    bench.settle();
+    return editor.findChild<QWidget*>("arrangement.loop.start")->findChild<QLabel*>()->text() + ", " +
+           editor.findChild<QWidget*>("arrangement.loop.end")->findChild<QLabel*>()->text();
+  };
+  EXPECT_EQ(texts(), "Start beat: 0, End beat: 16 (exclusive)");
+  editor.findChild<QWidget*>("arrangement.loop.start")->findChildren<QAbstractButton*>().back()->click();
+  EXPECT_EQ(bench.model->song().loop, (LoopRange{1, 16}));
+  editor.findChild<QWidget*>("arrangement.loop.end")->findChildren<QAbstractButton*>().front()->click();
+  EXPECT_EQ(texts(), "Start beat: 1, End beat: 15 (exclusive)");
+  editor.findChild<QAbstractButton*>("arrangement.loop.whole")->click();
+  EXPECT_EQ(bench.model->song().loop, std::nullopt);
+}
+
+TEST(ArrangementViewTest, AnEmptySongOffersATrack) {
+  ArrangementBench bench;
+  while (!bench.model->song().tracks.empty()) bench.model->deleteTrack(bench.track(0).id);
+  bench.settle();
+  EXPECT_FALSE(bench.canvas->isVisible());
+  ASSERT_TRUE(bench.part("arrangement.empty").isVisible());
+  bench.part("arrangement.empty").findChild<QMenu*>()->actions().front()->trigger();
+  bench.settle();
+  EXPECT_TRUE(bench.canvas->isVisible());
+}
+
+TEST(ArrangementViewTest, ComesToRestInEveryWidth) {
+  for (int width : {540, 700, 900, 1280}) {
+    ArrangementBench bench({width, 300});
+    bench.model->selectClip(bench.clipID(1));
+    bench.settle();
+    EventCounter layouts(*bench.view, QEvent::LayoutRequest);
+    bench.settle();
+    EXPECT_EQ(layouts.count, 0) << width;
+    const QRect panel = bench.part("arrangement.selectedClip").geometry();
+    EXPECT_TRUE(bench.view->rect().contains(panel)) << width;
+    EXPECT_FALSE(panel.intersects(bench.canvas->geometry())) << width;
+  }
+}
+
+}  // namespace
+}  // namespace velmora::testing

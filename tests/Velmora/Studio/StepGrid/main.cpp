@@ -1,0 +1,12 @@
+#include <QApplication>
+#include <gmock/gmock.h>
+
+#include "Velmora/Theme/Theme.h"
+
+int main(int count, char** arguments) {
+  qputenv("QT_QPA_PLATFORM", "offscreen");
+  QApplication application(count, arguments);
+  velmora::Theme::install();
+  ::testing::InitGoogleMock(&count, arguments);
+  return RUN_ALL_TESTS();
+}
