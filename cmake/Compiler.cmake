@@ -16,6 +16,7 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
   add_compile_options(-Wno-restrict)  # GCC 12 sees overlaps in std::string's operator+ that aren't there
 endif()
 if(VELMORA_SANITIZE)
+  set(CMAKE_CXX_FLAGS_DEBUG "-O1 -g1")  # line numbers for the reports are enough
   add_compile_options(-fsanitize=${VELMORA_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
   add_link_options(-fsanitize=${VELMORA_SANITIZE})
   add_compile_definitions(VELMORA_SANITIZED)
@@ -25,5 +26,7 @@ add_compile_definitions(QT_NO_KEYWORDS)
 
 find_program(CCACHE ccache)
 if(CCACHE)
-  set(CMAKE_CXX_COMPILER_LAUNCHER "${CCACHE}")
+  # Without these two ccache keeps nothing that starts from a precompiled header.
+  set(CMAKE_CXX_COMPILER_LAUNCHER "${CMAKE_COMMAND}" -E env CCACHE_SLOPPINESS=pch_defines,time_macros "${CCACHE}")
+  add_compile_options($<$<CXX_COMPILER_ID:GNU>:-fpch-preprocess>)
 endif()

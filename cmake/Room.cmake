@@ -7,6 +7,19 @@ function(velmora_room name)
   target_link_libraries(${name} PUBLIC ${ARGN})
 endfunction()
 
+# share_header(TARGET NAME): has TARGET start every file from the compiled precompiled/NAME.h.
+function(share_header target name)
+  if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    target_precompile_headers(${target} REUSE_FROM Precompiled${name})
+  endif()
+endfunction()
+
+# velmora_view(NAME LINKS...): a room that shows the application model.
+function(velmora_view name)
+  velmora_room(${name} VelmoraModel VelmoraTheme ${ARGN} Qt6::Widgets)
+  share_header(${name} Studio)
+endfunction()
+
 # velmora_test(NAME [THREADS] LINKS...): one test program of every source in the current folder. THREADS marks what runs
 # under ThreadSanitizer too. Qt isn't instrumented there, so that whatever crosses by its queues would look like a race:
 # suites named *Worker*, *Loader* or *Exporter* stay out.
@@ -27,4 +40,14 @@ function(velmora_test name)
     set_tests_properties(${name} PROPERTIES LABELS threads)
     add_dependencies(ThreadTests ${name})
   endif()
+endfunction()
+
+# Qt tells every test its own folders by definitions, which would keep tests from sharing a header. None reads them.
+set(without_test_paths -UQT_TESTCASE_BUILDDIR -UQT_TESTCASE_SOURCEDIR)
+
+# velmora_view_test(NAME LINKS...): a test program that drives views.
+function(velmora_view_test name)
+  velmora_test(${name} ${ARGN} TestSupport Qt6::Test)
+  target_compile_options(${name} PRIVATE ${without_test_paths})
+  share_header(${name} StudioTests)
 endfunction()

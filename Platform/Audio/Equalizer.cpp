@@ -153,8 +153,8 @@ void Equalizer::processSteady(float* samples, int frameCount) noexcept {
   run<Band::low>(samples, 2 * bandLag);
   run<Band::mid>(samples, bandLag);
   runStaggered(samples, frameCount);
-  run<Band::mid>(samples + frameCount - bandLag, bandLag);
-  run<Band::high>(samples + frameCount - 2 * bandLag, 2 * bandLag);
+  run<Band::mid>(samples + (frameCount - bandLag), bandLag);
+  run<Band::high>(samples + (frameCount - 2 * bandLag), 2 * bandLag);
 }
 
 template <Equalizer::Band band>
