@@ -30,7 +30,8 @@ struct Strip {
 /// The strip list is never changed, only replaced as a whole. Denormals are flushed round the effects and the
 /// mix, never round the sources. With a `WorkerTeam` the strips of a block render in parallel, each into
 /// buffers of its own, and are summed in the same order: the result is the same, bit for bit, for any number
-/// of threads.
+/// of threads. A long pull then runs several pieces of a strip in a row, so that threads seldom wait for each
+/// other.
 class AudioGraph {
  public:
   static constexpr int maximumFrames = 4096;  // of one pull from a source
@@ -54,6 +55,10 @@ class AudioGraph {
   /// each stretch of `tapFrames` frames of the output.
   void setTap(std::function<void(float peak)> tap) { tap_ = std::move(tap); }
 
+  /// The frames to pull at once for the most speed: with a team the strips, if they are few, render several
+  /// pieces in a row.
+  int roundFrames() const noexcept { return published_->piecesPerRound * maximumFrames; }
+
   /// [audio thread] `sampleTime` is that of the first frame. A pull of more than `maximumFrames` frames
   /// reaches the sources in pieces with sample times of their own.
   void render(double sampleTime, int frameCount, float* left, float* right) noexcept;
@@ -65,9 +70,10 @@ class AudioGraph {
   };
   struct StripList {
     std::vector<Strip> strips;
-    std::vector<Buffers> buffers;  // one a strip with a team, otherwise one for all
+    int piecesPerRound;
+    std::vector<Buffers> buffers;  // with a team one for each piece of each strip, otherwise one for all
   };
-  struct Piece {
+  struct Piece {  // of time
     double sampleTime;
     int frameCount;
   };
@@ -77,7 +83,10 @@ class AudioGraph {
   static void renderStrip(const Strip& strip, Buffers& buffers, Piece piece) noexcept;
   static void applyEffects(const Strip& strip, Buffers& buffers, int frameCount, Input input) noexcept;
   static void mix(const Buffers& buffers, float* left, float* right, int frameCount) noexcept;
-  void renderPiece(StripList& list, Piece piece, float* left, float* right) noexcept;
+  static Piece pieceOf(Piece round, int number) noexcept;
+  Buffers& buffers(StripList& list, int strip, int piece) const noexcept;
+  void renderRound(StripList& list, Piece round, float* left, float* right) noexcept;
+  void sumPiece(StripList& list, Piece round, int number, float* left, float* right) noexcept;
   void feedTap(const float* left, const float* right, int frameCount) noexcept;
   void awaitBlockEnd() const noexcept;
 

@@ -23,6 +23,25 @@ std::int64_t frameLimit(double maximumSeconds) {
   return static_cast<std::int64_t>(std::min(maximumSeconds, 1803.0) * OfflineRender::sampleRate);
 }
 
+/// Tells the fraction done in steps of at least a hundredth, and the end.
+class Progress {
+ public:
+  Progress(std::int64_t totalFrames, const OfflineRender::OnProgress& listener)
+      : totalFrames_(totalFrames), listener_(listener) {}
+
+  void tell(std::int64_t frames) {
+    const double fraction = static_cast<double>(frames) / static_cast<double>(totalFrames_);
+    if (!listener_ || (fraction - lastTold_ < progressStep && frames != totalFrames_)) return;
+    listener_(fraction);
+    lastTold_ = fraction;
+  }
+
+ private:
+  const std::int64_t totalFrames_;
+  const OfflineRender::OnProgress& listener_;
+  double lastTold_ = -1;
+};
+
 int threadsFor(const OfflineRenderRequest& request) {
   const int wanted = request.threadCount > 0
                          ? request.threadCount
@@ -84,23 +103,23 @@ OfflineRender::TrackNode OfflineRender::makeTrack(const Track& track, bool isAny
 }
 
 void OfflineRender::run(const Sink& sink, const OnProgress& onProgress, const std::stop_token& stop) {
-  std::vector<float> left(blockFrames), right(blockFrames);
-  double lastReported = -1;
+  const std::int64_t roundFrames = graph_.roundFrames();
+  std::vector<float> left(static_cast<std::size_t>(roundFrames)), right(left.size());
+  Progress progress(totalFrames_, onProgress);
   for (std::int64_t position = 0; position < totalFrames_;) {
     if (stop.stop_requested()) throw platform::Cancelled();
     const std::int64_t end = position < stopFrame_ ? stopFrame_ : totalFrames_;
-    const std::int64_t frames = std::min(blockFrames, end - position);
+    const std::int64_t frames = std::min(roundFrames, end - position);
     if (position == stopFrame_) transport_.stop();  // from here notes release and the tail rings out
     graph_.render(static_cast<double>(position), static_cast<int>(frames), left.data(), right.data());
-    const auto count = static_cast<std::size_t>(frames);
-    sink({left.data(), count}, {right.data(), count});
 
-    position += frames;
-    const double fraction = static_cast<double>(position) / static_cast<double>(totalFrames_);
-    if (onProgress && (fraction - lastReported >= progressStep || position == totalFrames_)) {
-      onProgress(fraction);
-      lastReported = fraction;
+    for (std::int64_t start = 0; start < frames; start += blockFrames) {
+      const auto first = static_cast<std::size_t>(start);
+      const auto count = static_cast<std::size_t>(std::min(blockFrames, frames - start));
+      sink(std::span(left).subspan(first, count), std::span(right).subspan(first, count));
+      progress.tell(position + start + static_cast<std::int64_t>(count));
     }
+    position += frames;
   }
 }
 
