@@ -99,6 +99,18 @@ void paintGlow(QPainter& painter, const QRectF& shape, double cornerRadius, cons
 
 int glowMargin(double reach) { return static_cast<int>(std::ceil(1.5 * reach)); }
 
+QPixmap pictureOf(const QWidget& widget) {
+  QPixmap picture(widget.size() * widget.devicePixelRatioF());
+  picture.setDevicePixelRatio(widget.devicePixelRatioF());
+  picture.fill(Qt::transparent);
+  return picture;
+}
+
+bool isPictureOf(const QWidget& widget, const QPixmap& picture) {
+  const double scale = widget.devicePixelRatioF();
+  return picture.devicePixelRatio() == scale && picture.size() == widget.size() * scale;
+}
+
 bool hasKeyboardFocus(const QWidget& widget) {
   return widget.hasFocus() && widget.window()->testAttribute(Qt::WA_KeyboardFocusChange);
 }

@@ -2,6 +2,7 @@
 
 #include <QColor>
 #include <QPainter>
+#include <QPixmap>
 #include <QRectF>
 
 class QWidget;
@@ -23,6 +24,12 @@ void paintGlow(QPainter& painter, const QRectF& shape, double cornerRadius, cons
 
 /// How far beyond its shape a glow still paints, in whole logical pixels.
 int glowMargin(double reach);
+
+/// A transparent picture of the widget's size, pixel for pixel.
+QPixmap pictureOf(const QWidget& widget);
+
+/// Whether such a picture still has the widget's size.
+bool isPictureOf(const QWidget& widget, const QPixmap& picture);
 
 /// True once the focus has come by the keyboard: then it shows, and then the widget keeps its keys.
 bool hasKeyboardFocus(const QWidget& widget);

@@ -1,5 +1,6 @@
 #include "Velmora/Studio/Arrangement/PlayheadMarker.h"
 
+#include <QImage>
 #include <QPainter>
 #include <algorithm>
 #include <cmath>
@@ -14,6 +15,18 @@ namespace velmora {
 namespace {
 
 constexpr double lineWidth = 1.5;
+
+/// One row of a smooth vertical line. Stretched to the line's length it costs far less than a smooth
+/// rectangle, which the painter shares among threads row by row.
+QImage smoothLine(double middle, int width, double scale) {
+  const double left = (middle - lineWidth / 2) * scale, right = (middle + lineWidth / 2) * scale;
+  QImage row(qRound(width * scale), 1, QImage::Format_ARGB32_Premultiplied);
+  for (int x = 0; x < row.width(); ++x) {
+    const double covered = std::clamp(std::min(right, x + 1.0) - std::max(left, double(x)), 0.0, 1.0);
+    row.setPixelColor(x, 0, Theme::withOpacity(Theme::accent, covered));
+  }
+  return row;
+}
 
 }  // namespace
 
@@ -52,11 +65,12 @@ void PlayheadMarker::look() {
 }
 
 void PlayheadMarker::paintEvent(QPaintEvent*) {
+  const double middle = x_ - std::floor(x_ - reach());
   QPainter painter(this);
-  painter.setRenderHint(QPainter::Antialiasing);
-  painter.translate(x_ - std::floor(x_ - reach()), 0);
-  painter.fillRect(QRectF(-lineWidth / 2, 0, lineWidth, height()), Theme::accent);
+  painter.drawImage(rect(), smoothLine(middle, width(), devicePixelRatioF()));
   if (style_ == Style::line) return;
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.translate(middle, 0);
   const QRectF triangle(-PlayheadTriangle::width / 2, 0, PlayheadTriangle::width, PlayheadTriangle::height);
   painter.fillPath(PlayheadTriangle::path(triangle), Theme::accent);
 }

@@ -2,6 +2,7 @@
 
 #include <QWidget>
 #include <cstdint>
+#include <functional>
 
 #include "Velmora/Theme/FrameTicker.h"
 #include "VelmoraCore/Render/TransportController.h"
@@ -16,6 +17,8 @@ class PlayheadMarker final : public QWidget {
 
   /// A line is as high as its parent; the transport outlives the marker.
   PlayheadMarker(const TransportController& transport, Style style, QWidget* parent);
+
+  std::function<void()> onFrame = [] {};  ///< of the display, while it plays and is seen
 
   /// To be called when it starts, stops or has jumped.
   void follow(bool isPlaying);
@@ -37,7 +40,10 @@ class PlayheadMarker final : public QWidget {
   double scrollX_ = 0;
   double x_ = -1000;  // in the parent
   bool isPlaying_ = false;
-  FrameTicker frames_{[this] { look(); }};
+  FrameTicker frames_{[this] {
+    onFrame();
+    look();
+  }};
 };
 
 }  // namespace velmora

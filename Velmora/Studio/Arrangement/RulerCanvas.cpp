@@ -69,6 +69,7 @@ RulerCanvas::RulerCanvas(Position position, QWidget* parent)
 void RulerCanvas::show(const Content& content) {
   if (content == content_) return;
   content_ = content;
+  picture_ = {};
   update();
 }
 
@@ -81,14 +82,23 @@ void RulerCanvas::seek(double beat) {
   Spoken::tellValue(*this);
 }
 
+/// The playhead passes over the ruler with every frame, while its own picture seldom changes: it is kept.
 void RulerCanvas::paintEvent(QPaintEvent* event) {
+  if (!isPictureOf(*this, picture_)) paintPicture();
   QPainter painter(this);
   painter.setClipRect(event->rect());
-  painter.fillRect(event->rect(), Theme::surface);
+  painter.drawPixmap(0, 0, picture_);
+  if (hasKeyboardFocus(*this)) paintFocusRing(painter, rect(), 4);
+}
+
+void RulerCanvas::paintPicture() {
+  picture_ = pictureOf(*this);
+  QPainter painter(&picture_);
+  painter.setClipRect(rect());
+  painter.fillRect(rect(), Theme::surface);
   paintLoop(painter);
   paintTicks(painter);
   painter.fillRect(QRectF(0, height() - 1, width(), 1), Theme::line);
-  if (hasKeyboardFocus(*this)) paintFocusRing(painter, rect(), 4);
 }
 
 void RulerCanvas::paintLoop(QPainter& painter) const {

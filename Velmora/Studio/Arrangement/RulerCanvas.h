@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QPixmap>
 #include <QWidget>
 #include <functional>
 
@@ -41,12 +42,14 @@ class RulerCanvas final : public QWidget {
 
  private:
   TimelineScale scale() const;
+  void paintPicture();
   void paintLoop(QPainter& painter) const;
   void paintTicks(QPainter& painter) const;
   void seek(double beat);
 
   const Position position_;
   Content content_;
+  QPixmap picture_;  // of the content at the widget's size; empty while stale
 };
 
 }  // namespace velmora

@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include "Velmora/Studio/StepGrid/PatternBeat.h"
+#include "Velmora/Theme/Paint.h"
 #include "Velmora/Theme/Theme.h"
 
 namespace velmora {
@@ -63,8 +64,15 @@ void StepPlayhead::hideEvent(QHideEvent* event) {
 }
 
 void StepPlayhead::paintEvent(QPaintEvent*) {
+  if (!isPictureOf(*this, mark_)) paintMark();
+  QPainter(this).drawPixmap(0, 0, mark_);
+}
+
+/// Kept from step to step, as its round corners are dear.
+void StepPlayhead::paintMark() {
   constexpr double inset = outlineWidth / 2;
-  QPainter painter(this);
+  mark_ = pictureOf(*this);
+  QPainter painter(&mark_);
   painter.setRenderHint(QPainter::Antialiasing);
   painter.setPen(QPen(Theme::withOpacity(Theme::text, 0.65), outlineWidth));
   painter.setBrush(Theme::withOpacity(Theme::text, 0.05));

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QPixmap>
 #include <QWidget>
 #include <optional>
 
@@ -31,11 +32,13 @@ class StepPlayhead final : public QWidget {
  private:
   void refresh();
   void place();
+  void paintMark();
 
   AppModel& model_;
   const UUID patternID_;
   int firstStep_ = 0;
   StepGridGeometry geometry_;
+  QPixmap mark_;
   FrameTicker frames_{[this] { place(); }};
   ChangeListener listener_;
 };
