@@ -1,7 +1,7 @@
 find_package(Threads REQUIRED)
 find_package(PkgConfig REQUIRED)
 find_package(nlohmann_json REQUIRED)
-find_package(Qt6 6.4 REQUIRED COMPONENTS Core Concurrent Gui Widgets Network Test)
+find_package(Qt6 6.4 REQUIRED COMPONENTS Core Concurrent DBus Gui Widgets Network Test)
 find_package(QCoro6 REQUIRED COMPONENTS Core)
 pkg_check_modules(sndfile REQUIRED IMPORTED_TARGET sndfile)
 find_package(cubeb REQUIRED)

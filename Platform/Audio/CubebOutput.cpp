@@ -103,7 +103,8 @@ void CubebOutput::awaitOpened() {
 
 void CubebOutput::beginOpening() {
   close();
-  opening_ = thread_.run([feed = feed_, backend = backend_] { return CubebStream::open(feed, backend); });
+  opening_ =
+      thread_.run([feed = feed_, backend = backend_] { return CubebStream::openOutput(feed, backend); });
   lastBeat_ = Clock::now();
   timer_.start();
 }

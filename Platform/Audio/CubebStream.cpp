@@ -1,23 +1,42 @@
 #include "Platform/Audio/CubebStream.h"
 
 #include <algorithm>
+#include <sched.h>
 #include <utility>
 
 namespace platform {
 namespace {
 
 constexpr char applicationName[] = "Velmora";
-constexpr char deviceOfNoDevice[] = "auto_null";  // what servers put in place of the last device
 constexpr std::uint32_t latencyMilliseconds = 25;
 constexpr std::uint32_t maximumRate = 192000;  // that streams can have
+
+/// What servers put in place of the last device.
+bool isRealDevice(const std::string& name) { return name != "auto_null" && name != "auto_null.monitor"; }
+
+/// [audio thread] Lets the calling thread run before all ordinary ones, where the user may do so.
+void claimRealtimePriority() noexcept {
+  constexpr int lowPriority = 10;  // below what drivers and servers use
+  const sched_param parameters{.sched_priority = lowPriority};
+  ::sched_setscheduler(0, SCHED_RR | SCHED_RESET_ON_FORK, &parameters);
+}
 
 std::uint32_t usableRate(std::uint32_t preferred) { return std::min(preferred, maximumRate); }
 
 }  // namespace
 
-std::unique_ptr<CubebStream> CubebStream::open(std::shared_ptr<OutputFeed> feed, const std::string& backend) {
-  std::unique_ptr<CubebStream> stream(new CubebStream(std::move(feed)));
+std::unique_ptr<CubebStream> CubebStream::openOutput(std::shared_ptr<StreamFeed> feed,
+                                                     const std::string& backend) {
+  std::unique_ptr<CubebStream> stream(new CubebStream(CUBEB_DEVICE_TYPE_OUTPUT, std::move(feed)));
   if (!stream->connect(backend) || !stream->openAtPreferredRate() || !stream->begin()) return nullptr;
+  return stream;
+}
+
+std::unique_ptr<CubebStream> CubebStream::openInput(std::shared_ptr<StreamFeed> feed, std::uint32_t rate) {
+  std::unique_ptr<CubebStream> stream(new CubebStream(CUBEB_DEVICE_TYPE_INPUT, std::move(feed)));
+  const bool isOpen = stream->connect({}) && stream->defaultRate() != 0 && stream->openStream(rate);
+  if (!isOpen || !stream->begin()) return nullptr;
+  stream->device_ = stream->currentDevice();
   return stream;
 }
 
@@ -25,8 +44,7 @@ std::unique_ptr<CubebStream> CubebStream::open(std::shared_ptr<OutputFeed> feed,
 CubebStream::~CubebStream() {
   const bool hasBegun = stream_;
   closeStream();
-  if (hasBegun)
-    cubeb_register_device_collection_changed(context_, CUBEB_DEVICE_TYPE_OUTPUT, nullptr, nullptr);
+  if (hasBegun) cubeb_register_device_collection_changed(context_, direction_, nullptr, nullptr);
   if (context_) cubeb_destroy(context_);
 }
 
@@ -49,10 +67,11 @@ bool CubebStream::openAtPreferredRate() {
 bool CubebStream::openStream(std::uint32_t rate) {
   if (rate == 0) return false;
   rate_ = rate;
-  cubeb_stream_params parameters{CUBEB_SAMPLE_FLOAT32NE, rate, 2, CUBEB_LAYOUT_STEREO,
-                                 CUBEB_STREAM_PREF_NONE};
-  return cubeb_stream_init(context_, &stream_, applicationName, nullptr, nullptr, nullptr, &parameters,
-                           rate * latencyMilliseconds / 1000, onData, onState, this) == CUBEB_OK;
+  cubeb_stream_params mono{CUBEB_SAMPLE_FLOAT32NE, rate, 1, CUBEB_LAYOUT_MONO, CUBEB_STREAM_PREF_NONE};
+  cubeb_stream_params stereo{CUBEB_SAMPLE_FLOAT32NE, rate, 2, CUBEB_LAYOUT_STEREO, CUBEB_STREAM_PREF_NONE};
+  return cubeb_stream_init(context_, &stream_, applicationName, nullptr, isInput() ? &mono : nullptr, nullptr,
+                           isInput() ? nullptr : &stereo, rate * latencyMilliseconds / 1000, onData, onState,
+                           this) == CUBEB_OK;
 }
 
 void CubebStream::closeStream() {
@@ -63,7 +82,7 @@ void CubebStream::closeStream() {
 
 /// Only now that the stream stands: on a connection that failed to open one nothing may be registered.
 bool CubebStream::begin() {
-  cubeb_register_device_collection_changed(context_, CUBEB_DEVICE_TYPE_OUTPUT, onDevicesChanged, this);
+  cubeb_register_device_collection_changed(context_, direction_, onDevicesChanged, this);
   return cubeb_stream_start(stream_) == CUBEB_OK;
 }
 
@@ -82,7 +101,7 @@ double CubebStream::preferredRate() {
   const bool haveChanged = haveDevicesChanged_.exchange(false, std::memory_order_relaxed);
   if (!namesDevices() || hasFailed()) return rate_;
   const std::string name = currentDevice();
-  if (name == deviceOfNoDevice) return 0;
+  if (!isRealDevice(name)) return 0;
   if (name == device_ && !haveChanged) return rate_;
   device_ = name;
   const auto devices = realDevices();
@@ -90,31 +109,40 @@ double CubebStream::preferredRate() {
   return device == devices.end() ? rate_ : usableRate(device->rate);
 }
 
+bool CubebStream::hasMoved() {
+  haveDevicesChanged_.store(false, std::memory_order_relaxed);
+  return namesDevices() && !hasFailed() && currentDevice() != device_;
+}
+
 std::string CubebStream::currentDevice() const {
   cubeb_device* device = nullptr;
   if (cubeb_stream_get_current_device(stream_, &device) != CUBEB_OK) return {};
-  std::string name = device->output_name ? device->output_name : "";
+  const char* name = isInput() ? device->input_name : device->output_name;
+  std::string copy = name ? name : "";
   cubeb_stream_device_destroy(stream_, device);
-  return name;
+  return copy;
 }
 
 std::vector<CubebStream::Device> CubebStream::realDevices() const {
   cubeb_device_collection collection{};
-  if (cubeb_enumerate_devices(context_, CUBEB_DEVICE_TYPE_OUTPUT, &collection) != CUBEB_OK) return {};
+  if (cubeb_enumerate_devices(context_, direction_, &collection) != CUBEB_OK) return {};
   std::vector<Device> devices;
   for (std::size_t i = 0; i < collection.count; ++i) {
     const cubeb_device_info& device = collection.device[i];
-    if (device.device_id && std::string(device.device_id) != deviceOfNoDevice)
+    if (device.device_id && isRealDevice(device.device_id))
       devices.push_back({device.device_id, device.default_rate, device.preferred != CUBEB_DEVICE_PREF_NONE});
   }
   cubeb_device_collection_destroy(context_, &collection);
   return devices;
 }
 
-/// [audio thread] All that was asked for is written always: less would end the stream.
-long CubebStream::onData(cubeb_stream*, void* self, const void*, void* output, long frameCount) noexcept {
-  const auto& stream = *static_cast<CubebStream*>(self);
-  stream.feed_->fill(static_cast<float*>(output), static_cast<int>(frameCount), stream.rate_);
+/// [audio thread] All frames are read or written always: fewer would end the stream.
+long CubebStream::onData(cubeb_stream*, void* self, const void* input, void* output,
+                         long frameCount) noexcept {
+  auto& stream = *static_cast<CubebStream*>(self);
+  if (!std::exchange(stream.hasClaimedPriority_, true)) claimRealtimePriority();
+  stream.feed_->exchange(static_cast<const float*>(input), static_cast<float*>(output),
+                         static_cast<int>(frameCount), stream.rate_);
   return frameCount;
 }
 

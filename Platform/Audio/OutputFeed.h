@@ -6,12 +6,13 @@
 
 #include "Platform/Audio/LateCallbackCounter.h"
 #include "Platform/Audio/OutputDevice.h"
+#include "Platform/Audio/StreamFeed.h"
 
 namespace platform {
 
 /// Where the audio callback gets its frames: from a source that the main thread sets and takes away while
 /// callbacks go on, or else silence.
-class OutputFeed {
+class OutputFeed final : public StreamFeed {
  public:
   static constexpr int pieceFrames = 8192;  // the largest block that reaches the source whole
 
@@ -27,6 +28,10 @@ class OutputFeed {
 
   /// [audio thread] Writes `frameCount` pairs of samples.
   void fill(float* interleaved, int frameCount, double sampleRate) noexcept;
+  /// [audio thread]
+  void exchange(const float*, float* output, int frameCount, double sampleRate) noexcept override {
+    fill(output, frameCount, sampleRate);
+  }
 
  private:
   /// Returns the end of what it has written.

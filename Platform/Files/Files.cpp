@@ -46,6 +46,11 @@ bool fileExists(const std::filesystem::path& path) {
   throw FileError(path, errno);
 }
 
+bool isOwnFile(const std::filesystem::path& path) noexcept {
+  struct stat status {};
+  return ::lstat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode) && status.st_uid == ::geteuid();
+}
+
 std::uintmax_t fileSize(const std::filesystem::path& path) {
   return static_cast<std::uintmax_t>(statusOf(path).st_size);
 }

@@ -18,6 +18,9 @@ using FileTime = std::chrono::sys_time<std::chrono::microseconds>;
 /// Whether something is there; a dangling link is nothing.
 bool fileExists(const std::filesystem::path& path);
 
+/// Whether a regular file of this user's is there, not a link to one.
+bool isOwnFile(const std::filesystem::path& path) noexcept;
+
 /// The size in bytes.
 std::uintmax_t fileSize(const std::filesystem::path& path);
 

@@ -89,6 +89,12 @@ fs::path applicationSupportFolder() {
   return folder.empty() ? homeFolder() / ".local/share" : folder;
 }
 
+fs::path lastingTemporaryFolder() {
+  const fs::path lasting = "/var/tmp";
+  const bool isChosen = std::getenv("TMPDIR");
+  return !isChosen && ::access(lasting.c_str(), W_OK | X_OK) == 0 ? lasting : fs::temp_directory_path();
+}
+
 fs::path temporaryFile(const std::string& extension) {
   std::error_code code;
   const fs::path folder = fs::temp_directory_path(code);

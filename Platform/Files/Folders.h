@@ -24,6 +24,10 @@ void removeTree(const std::filesystem::path& path);
 /// path.
 std::filesystem::path applicationSupportFolder();
 
+/// The temporary directory that outlasts a restart of the computer where there is one, unless the environment
+/// chose another.
+std::filesystem::path lastingTemporaryFolder();
+
 /// A fresh path in the system's temporary directory; nothing is created there.
 std::filesystem::path temporaryFile(const std::string& extension);
 

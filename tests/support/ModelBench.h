@@ -11,6 +11,7 @@
 #include "tests/support/HandDrivenOutput.h"
 #include "tests/support/HandFedInput.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/Variable.h"
 
 namespace velmora::testing {
 
@@ -53,6 +54,8 @@ struct ModelBench {
   std::string error() const { return model->lastError().value_or(""); }
 
   TemporaryFolder folder;
+  TemporaryFolder takes;
+  Variable temporaryFolder{"TMPDIR", takes.path().c_str()};
   ProjectStore store{folder.path()};
   RecordedTelemetry telemetry;
   HandDrivenOutput* device = nullptr;

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstdlib>
 #include <limits>
+#include <variant>
 
 namespace velmora::testing {
 namespace {
@@ -112,35 +113,15 @@ UUID anyID(const SharedList<Record>& list) {
   return list.empty() || below(8) == 0 ? UUID::random() : oneOf(list).id;
 }
 
-template <class Edit>
-void editPattern(Song& song, Edit edit) {
-  if (song.patterns.empty()) return;
-  Pattern pattern = oneOf(song.patterns);
-  edit(pattern);
-  song.update(pattern);
-}
+using SongEdit = void (*)(Song&);
+using PatternEdit = void (*)(Pattern&);
 
-struct NamedEdit {
-  const char* name;
-  void (*apply)(Song& song);
-};
+int wildStep() { return coin() ? below(20) : wildInteger(); }
 
-const std::vector<NamedEdit> edits{
+const std::pair<const char*, std::variant<SongEdit, PatternEdit>> edits[] = {
     {"addTrack", [](Song& song) { song.addTrack(anyKind()); }},
     {"addPattern", [](Song& song) { song.addPattern(anyID(song.tracks)); }},
-    {"update",
-     [](Song& song) {
-       if (song.tracks.empty()) return;
-       Track track = oneOf(song.tracks);
-       setMix(track);
-       song.update(track);
-     }},
     {"placePattern", [](Song& song) { song.placePattern(anyID(song.patterns), wildBeat()); }},
-    {"editClip",
-     [](Song& song) {
-       const auto track = maybe([&] { return anyID(song.tracks); });
-       song.editClip(anyID(song.clips), {maybe(wildBeat), maybe(wildBeat), track});
-     }},
     {"removeClip", [](Song& song) { song.removeClip(anyID(song.clips)); }},
     {"removeTrack", [](Song& song) { song.removeTrack(anyID(song.tracks)); }},
     {"removePattern", [](Song& song) { song.removePattern(anyID(song.patterns)); }},
@@ -148,35 +129,32 @@ const std::vector<NamedEdit> edits{
     {"duplicatePattern", [](Song& song) { song.duplicatePattern(anyID(song.patterns)); }},
     {"renamePattern", [](Song& song) { song.renamePattern(anyID(song.patterns), anyText()); }},
     {"setLoop", [](Song& song) { song.setLoop(wildBeat(), wildBeat()); }},
-    {"insertNote",
+    {"update",
      [](Song& song) {
-       editPattern(song, [](Pattern& pattern) {
-         pattern.insertNote(wildInteger(), wildInteger(), wildBeat(), wildBeat(), wildBeat());
-       });
+       if (song.tracks.empty()) return;
+       Track track = oneOf(song.tracks);
+       setMix(track);
+       song.update(track);
+     }},
+    {"editClip",
+     [](Song& song) {
+       const auto track = maybe([&] { return anyID(song.tracks); });
+       song.editClip(anyID(song.clips), {maybe(wildBeat), maybe(wildBeat), track});
+     }},
+    {"insertNote",
+     [](Pattern& pattern) {
+       pattern.insertNote(wildInteger(), wildInteger(), wildBeat(), wildBeat(), wildBeat());
      }},
     {"editNote",
-     [](Song& song) {
-       editPattern(song, [](Pattern& pattern) {
-         const NoteEdit edit{maybe(wildInteger), maybe(wildBeat), maybe(wildBeat), maybe(wildInteger)};
-         pattern.editNote(anyID(pattern.notes), edit, wildBeat());
-       });
+     [](Pattern& pattern) {
+       const NoteEdit edit{maybe(wildInteger), maybe(wildBeat), maybe(wildBeat), maybe(wildInteger)};
+       pattern.editNote(anyID(pattern.notes), edit, wildBeat());
      }},
-    {"removeNote",
-     [](Song& song) {
-       editPattern(song, [](Pattern& pattern) { pattern.removeNote(anyID(pattern.notes)); });
-     }},
+    {"removeNote", [](Pattern& pattern) { pattern.removeNote(anyID(pattern.notes)); }},
     {"toggleStep",
-     [](Song& song) {
-       editPattern(song, [](Pattern& pattern) {
-         pattern.toggleStep(oneOf(allDrumSounds()), coin() ? below(20) : wildInteger(), wildInteger());
-       });
-     }},
+     [](Pattern& pattern) { pattern.toggleStep(oneOf(allDrumSounds()), wildStep(), wildInteger()); }},
     {"setStepVelocity",
-     [](Song& song) {
-       editPattern(song, [](Pattern& pattern) {
-         pattern.setStepVelocity(oneOf(allDrumSounds()), coin() ? below(20) : wildInteger(), wildInteger());
-       });
-     }},
+     [](Pattern& pattern) { pattern.setStepVelocity(oneOf(allDrumSounds()), wildStep(), wildInteger()); }},
 };
 
 }  // namespace
@@ -211,9 +189,15 @@ Song sampleSong() {
 rc::Gen<Song> validSongs() { return rc::gen::exec(anySong); }
 
 std::string applyRandomEdit(Song& song) {
-  const NamedEdit edit = oneOf(edits);
-  edit.apply(song);
-  return edit.name;
+  const auto& [name, edit] = edits[below(static_cast<int>(std::size(edits)))];
+  if (const auto* ofSong = std::get_if<SongEdit>(&edit)) {
+    (*ofSong)(song);
+  } else if (!song.patterns.empty()) {
+    Pattern pattern = oneOf(song.patterns);
+    std::get<PatternEdit>(edit)(pattern);
+    song.update(pattern);
+  }
+  return name;
 }
 
 }  // namespace velmora::testing

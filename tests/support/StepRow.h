@@ -4,7 +4,8 @@
 
 namespace velmora::testing {
 
-/// Some steps of a unit, computed elsewhere.
+/// Some steps of a unit, computed once from its formulas by a second, independent writing of them: in double
+/// precision, rounded to single after every operation.
 struct StepRow {
   struct Step {
     int number;

@@ -1,14 +1,12 @@
-#include <QCoreApplication>
-#include <QEventLoop>
-#include <QTimer>
 #include <atomic>
 #include <cmath>
-#include <gtest/gtest.h>
 #include <numbers>
 #include <optional>
 #include <vector>
 
 #include "Platform/Audio/CubebOutput.h"
+#include "tests/Platform/Audio/SoundServerTest.h"
+#include "tests/support/EventLoopTest.h"
 #include "tests/support/PulseServer.h"
 
 // The server's client library forgets a few bytes whenever a stream is closed.
@@ -39,24 +37,8 @@ struct Sine : OutputSource {
   }
 };
 
-class CubebOutputTest : public ::testing::Test {
+class CubebOutputTest : public SoundServerTest {
  protected:
-  static void SetUpTestSuite() { application_ = std::make_unique<QCoreApplication>(count_, arguments_); }
-  static void TearDownTestSuite() { application_.reset(); }
-
-  /// Serves the event loop until it is so; false when it takes longer than `limit`.
-  template <class Condition>
-  static bool comes(const Condition& condition, std::chrono::milliseconds limit) {
-    QEventLoop loop;
-    QTimer poll;
-    QObject::connect(&poll, &QTimer::timeout, &loop, [&] {
-      if (condition()) loop.quit();
-    });
-    poll.start(2ms);
-    QTimer::singleShot(limit, Qt::PreciseTimer, &loop, &QEventLoop::quit);
-    loop.exec();
-    return condition();
-  }
   /// Does what the engine does at each change, and counts them.
   void listen(CubebOutput& output) {
     output.setOnChange([&] {
@@ -80,12 +62,6 @@ class CubebOutputTest : public ::testing::Test {
   int changes_ = 0;
   double rate_ = -1;
   std::string error_;
-
- private:
-  static inline int count_ = 1;
-  static inline char name_[] = "test";
-  static inline char* arguments_[] = {name_, nullptr};
-  static inline std::unique_ptr<QCoreApplication> application_;
 };
 
 /// The longest stretch, in frames, in which three neighbours always fit a sine of 1000 Hz, the right side is

@@ -108,23 +108,6 @@ TEST(Delay, mixesLinearly) {
   EXPECT_EQ(delay.wetDryMix(), 100);
 }
 
-TEST(Delay, forgetsWhatItHeardWhenTurnedDown) {
-  Delay delay;
-  delay.setWetDryMix(50);
-  auto sound = noise(20000);
-  delay.process(sound.data(), 20000);
-  delay.setWetDryMix(0);
-  sound = noise(1000, 2);
-  const auto dry = sound;
-  delay.process(sound.data(), 1000);
-  EXPECT_TRUE(std::equal(sound.begin() + 480, sound.end(), dry.begin() + 480))
-      << "transparent once the glide has ended";
-  delay.setWetDryMix(100);
-  Samples silence(20000);
-  delay.process(silence.data(), 20000);
-  EXPECT_THAT(silence, testing::Each(0.0F));
-}
-
 TEST(MixerNode, pansAsABalance) {
   struct Row {
     float volume, pan, left, right;

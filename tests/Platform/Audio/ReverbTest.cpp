@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <numeric>
 
+#include "Platform/Audio/Delay.h"
 #include "Platform/Audio/FlushDenormals.h"
 #include "Platform/Audio/Reverb.h"
 #include "tests/Platform/Audio/RoomMeasures.h"
@@ -110,17 +111,27 @@ TEST(Reverb, mixesLinearly) {
   }
 }
 
-TEST(Reverb, forgetsWhatItHeardWhenTurnedDown) {
-  Reverb reverb;
-  reverb.setWetDryMix(50);
-  process(reverb, noise(20000));
-  reverb.setWetDryMix(0);
+Stereo process(Delay& delay, Samples mono) {
+  delay.process(mono.data(), static_cast<int>(mono.size()));
+  return {mono, mono};
+}
+
+template <class Effect>
+struct WetEffect : testing::Test {};
+using WetEffects = testing::Types<Delay, Reverb>;
+TYPED_TEST_SUITE(WetEffect, WetEffects);
+
+TYPED_TEST(WetEffect, forgetsWhatItHeardWhenTurnedDown) {
+  TypeParam effect;
+  effect.setWetDryMix(50);
+  process(effect, noise(20000));
+  effect.setWetDryMix(0);
   const auto sound = noise(1000, 2);
-  const auto out = process(reverb, sound);
-  EXPECT_TRUE(std::equal(sound.begin() + 480, sound.end(), out.left.begin() + 480));
+  const auto out = process(effect, sound);
+  EXPECT_TRUE(std::equal(sound.begin() + 480, sound.end(), out.left.begin() + 480)) << "the glide has ended";
   EXPECT_TRUE(std::equal(sound.begin() + 480, sound.end(), out.right.begin() + 480));
-  reverb.setWetDryMix(100);
-  EXPECT_THAT(process(reverb, Samples(20000)).left, testing::Each(0.0F));
+  effect.setWetDryMix(100);
+  EXPECT_THAT(process(effect, Samples(20000)).left, testing::Each(0.0F));
 }
 
 }  // namespace

@@ -1,49 +1,33 @@
-#include <cstdlib>
-#include <fstream>
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
-#include <optional>
 
 #include "Platform/Files/FileError.h"
 #include "Platform/Files/Folders.h"
+#include "tests/support/Files.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/Variable.h"
 
 namespace platform {
 namespace {
 
 namespace fs = std::filesystem;
 using ::testing::UnorderedElementsAre;
+using velmora::testing::put;
 using velmora::testing::TemporaryFolder;
-
-/// An environment variable that gets its old value back.
-class Variable {
- public:
-  Variable(const char* name, const char* value) : name_(name) {
-    if (const char* old = std::getenv(name)) old_ = old;
-    value ? ::setenv(name, value, 1) : ::unsetenv(name);
-  }
-  ~Variable() { old_ ? ::setenv(name_, old_->c_str(), 1) : ::unsetenv(name_); }
-  Variable(const Variable&) = delete;
-  Variable& operator=(const Variable&) = delete;
-
- private:
-  const char* name_;
-  std::optional<std::string> old_;
-};
+using velmora::testing::Variable;
 
 TEST(FoldersTest, CreatesMissingParentsAndTellsWhichItMade) {
   const TemporaryFolder folder;
   const auto made = createFolders(folder / "a" / "b" / "c");
   EXPECT_EQ(made, (std::vector{folder / "a", folder / "a" / "b", folder / "a" / "b" / "c"}));
   EXPECT_TRUE(createFolders(folder / "a" / "b" / "").empty());
-  std::ofstream(folder / "a" / "b" / "kept") << "x";
+  put(folder / "a" / "b" / "kept", "x");
   removeEmptyFolders(made);
   EXPECT_THAT(listFolder(folder / "a" / "b"), UnorderedElementsAre("kept"));
 }
 
 TEST(FoldersTest, MakesAllOrNone) {
   const TemporaryFolder folder;
-  std::ofstream(folder / "file") << "x";
+  put(folder / "file", "x");
   fs::create_symlink("nowhere", folder / "dangling");
   const std::string tooLong(300, 'n');
   for (const fs::path& path : {folder / "file" / "a", folder / "dangling" / "a", folder / "new" / tooLong})
@@ -54,7 +38,7 @@ TEST(FoldersTest, MakesAllOrNone) {
 TEST(FoldersTest, RemovesLinksWithoutFollowingThem) {
   const TemporaryFolder folder;
   createFolders(folder / "kept");
-  std::ofstream(folder / "kept" / "file") << "x";
+  put(folder / "kept" / "file", "x");
   createFolders(folder / "tree" / "deep");
   fs::create_directory_symlink(folder / "kept", folder / "tree" / "deep" / "link");
   removeTree(folder / "tree");
@@ -66,16 +50,9 @@ TEST(FoldersTest, RemovesLinksWithoutFollowingThem) {
 
 TEST(FoldersTest, FindsTheApplicationSupportFolder) {
   const Variable home("HOME", "/home/user");
-  const struct {
-    const char* value;
-    const char* folder;
-  } rows[] = {{"/data", "/data"},
-              {"relative", "/home/user/.local/share"},
-              {"", "/home/user/.local/share"},
-              {nullptr, "/home/user/.local/share"}};
-  for (const auto& row : rows) {
-    const Variable data("XDG_DATA_HOME", row.value);
-    EXPECT_EQ(applicationSupportFolder(), row.folder);
+  for (const char* value : {"/data", "relative", "", static_cast<const char*>(nullptr)}) {
+    const Variable data("XDG_DATA_HOME", value);
+    EXPECT_EQ(applicationSupportFolder(), value && *value == '/' ? value : "/home/user/.local/share");
   }
   const Variable noData("XDG_DATA_HOME", nullptr);
   const Variable noHome("HOME", nullptr);

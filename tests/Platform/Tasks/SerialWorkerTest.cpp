@@ -1,10 +1,7 @@
-#include <QCoreApplication>
 #include <QCoroTask>
 #include <QTimer>
 #include <algorithm>
 #include <chrono>
-#include <gtest/gtest.h>
-#include <memory>
 #include <optional>
 #include <semaphore>
 #include <stdexcept>
@@ -15,39 +12,22 @@
 #include "Platform/Tasks/Cancelled.h"
 #include "Platform/Tasks/ResultOf.h"
 #include "Platform/Tasks/SerialWorker.h"
+#include "tests/support/EventLoopTest.h"
 
 namespace platform {
 namespace {
 
 using namespace std::chrono_literals;
 
-class SerialWorkerTest : public ::testing::Test {
- protected:
-  static void SetUpTestSuite() { application_ = std::make_unique<QCoreApplication>(count_, arguments_); }
-  static void TearDownTestSuite() { application_.reset(); }
+using SerialWorkerTest = velmora::testing::EventLoopTest;
 
- private:
-  static inline int count_ = 1;
-  static inline char name_[] = "test";
-  static inline char* arguments_[] = {name_, nullptr};
-  static inline std::unique_ptr<QCoreApplication> application_;
-};
-
-/// A gate that holds the worker's thread.
-struct Gate {
-  std::binary_semaphore semaphore{0};
-  void pass() { semaphore.acquire(); }
-  void open() { semaphore.release(); }
-};
-
-TEST_F(SerialWorkerTest, GivesValuesFromAnotherThread) {
+TEST_F(SerialWorkerTest, GivesValuesFromOneOtherThread) {
   SerialWorker worker;
+  const auto threadID = [] { return std::this_thread::get_id(); };
   const std::string text = "a text that is too long for a short string";
   EXPECT_EQ(resultOf(worker.run([text] { return text; })), text);
-  EXPECT_NE(resultOf(worker.run([] { return std::this_thread::get_id(); })), std::this_thread::get_id());
-  EXPECT_EQ(resultOf(worker.run([] { return std::this_thread::get_id(); })),
-            resultOf(worker.run([] { return std::this_thread::get_id(); })));
-  resultOf(worker.run([] {}));
+  EXPECT_NE(resultOf(worker.run(threadID)), threadID());
+  EXPECT_EQ(resultOf(worker.run(threadID)), resultOf(worker.run(threadID)));
 }
 
 TEST_F(SerialWorkerTest, GivesTheExceptionAsItWasThrownAndGoesOn) {
@@ -59,20 +39,13 @@ TEST_F(SerialWorkerTest, GivesTheExceptionAsItWasThrownAndGoesOn) {
     EXPECT_STREQ(error.what(), "far out");
   }
   EXPECT_THROW(resultOf(worker.run([] { throw Cancelled(); })), Cancelled);
-  EXPECT_EQ(resultOf(worker.run([] { return 7; })), 7);
-}
-
-TEST_F(SerialWorkerTest, WorksInTheOrderOfIssue) {
-  SerialWorker worker;
-  Gate gate;
-  std::vector<int> order;
-  auto held = worker.run([&gate] { gate.pass(); });
-  for (int i = 0; i < 100; ++i) worker.run([&order, i] { order.push_back(i); });
-  auto last = worker.run([&order] { return order; });
-  gate.open();
-  const std::vector<int> seen = resultOf(std::move(last));
-  ASSERT_EQ(seen.size(), 100U);
-  EXPECT_TRUE(std::ranges::is_sorted(seen));
+  bool isDone = false;
+  worker.run([&isDone] {
+    isDone = true;
+    throw std::runtime_error("unheard");
+  });
+  resultOf(worker.run([] {}));
+  EXPECT_TRUE(isDone) << "work is done though nobody waits for it";
 }
 
 QCoro::Task<std::string> twice(SerialWorker& worker, std::string word) {
@@ -82,38 +55,25 @@ QCoro::Task<std::string> twice(SerialWorker& worker, std::string word) {
   co_return co_await worker.run(exclaiming);
 }
 
-TEST_F(SerialWorkerTest, ResumesCoroutinesThatWait) {
+TEST_F(SerialWorkerTest, WorksInTheOrderOfIssueWhileTheEventLoopRuns) {
   SerialWorker worker;
-  Gate gate;
-  auto held = worker.run([&gate] { gate.pass(); });
-  auto task = twice(worker, "la");
-  EXPECT_FALSE(task.isReady());
-  gate.open();
-  EXPECT_EQ(resultOf(std::move(task)), "lala!");
-}
-
-TEST_F(SerialWorkerTest, KeepsTheEventLoopAliveMeanwhile) {
-  SerialWorker worker;
-  Gate gate;
+  std::binary_semaphore gate{0};
+  std::vector<int> order;
   int ticks = 0;
   QTimer timer;
   QObject::connect(&timer, &QTimer::timeout, [&] {
-    if (++ticks == 5) gate.open();
+    if (++ticks == 5) gate.release();
   });
   timer.start(1ms);
-  resultOf(worker.run([&gate] { gate.pass(); }));
+  auto held = worker.run([&gate] { gate.acquire(); });
+  for (int i = 0; i < 100; ++i) worker.run([&order, i] { order.push_back(i); });
+  auto task = twice(worker, "la");
+  auto last = worker.run([&order] { return order; });
+  EXPECT_FALSE(task.isReady());
+  const std::vector<int> seen = resultOf(std::move(last));
   EXPECT_GE(ticks, 5);
-}
-
-TEST_F(SerialWorkerTest, DoesDroppedWorkAndSwallowsItsException) {
-  SerialWorker worker;
-  bool isDone = false;
-  worker.run([&isDone] {
-    isDone = true;
-    throw std::runtime_error("unheard");
-  });
-  resultOf(worker.run([] {}));
-  EXPECT_TRUE(isDone);
+  EXPECT_TRUE(seen.size() == 100 && std::ranges::is_sorted(seen));
+  EXPECT_EQ(resultOf(std::move(task)), "lala!");
 }
 
 TEST_F(SerialWorkerTest, WaitsForIssuedWorkWhenItIsDestroyed) {
