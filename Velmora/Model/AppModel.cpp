@@ -24,7 +24,9 @@ AppModel::AppModel(Song initialSong, ProjectStore* projectStore, Devices devices
       projectStore_(projectStore),
       telemetry_(telemetry),
       engine_(std::move(devices.output)),
-      recorder_(std::move(devices.input)) {
+      recorder_(std::move(devices.input)),
+      takeFolder_(projectStore ? projectStore->root() : std::filesystem::path()),
+      inhibitSleep_(std::move(devices.inhibitSleep)) {
   recorder_.setOnFinished([this](bool isClean) { stopRecording(isClean); });
   saveTimer_.setSingleShot(true);
   saveTimer_.setInterval(saveDelay);
@@ -32,7 +34,7 @@ AppModel::AppModel(Song initialSong, ProjectStore* projectStore, Devices devices
   saveTimer_.callOnTimeout(this, [this] { writeScheduledSave(); });
 }
 
-AppModel::~AppModel() = default;
+AppModel::~AppModel() { dropExport(); }
 
 const Track* AppModel::selectedTrack() const {
   return selectedTrackID() ? song().track(*selectedTrackID()) : nullptr;
@@ -51,6 +53,7 @@ QCoro::Task<> AppModel::startUp() {
   auto loading = loadInitialProject();
   co_await loading;
   if (!self) co_return;
+  if (projectStore_) offerLeftTake();
   const std::optional<std::string> loadError = lastError();
   configure();
   if (loadError && !lastError()) reportError(*loadError);

@@ -13,12 +13,15 @@
 #include <vector>
 
 #include "Platform/Tasks/CancellableTask.h"
+#include "Platform/Tasks/SerialWorker.h"
 #include "Velmora/Audio/AudioEngine.h"
 #include "Velmora/Audio/AudioFileLoader.h"
 #include "Velmora/Audio/MicrophoneRecorder.h"
 #include "Velmora/Audio/OfflineExporter.h"
+#include "Velmora/Model/ChangeListener.h"
 #include "Velmora/Model/Observed.h"
 #include "Velmora/Model/RecordingContext.h"
+#include "Velmora/Model/TakeFolder.h"
 #include "Velmora/Model/TelemetryEvent.h"
 #include "Velmora/Model/Workspace.h"
 #include "Velmora/Projects/ProjectStore.h"
@@ -36,10 +39,12 @@ namespace velmora {
 /// `commit` publishes, the disk only copies.
 class AppModel final : public QObject {
  public:
-  /// The desktop's sound; without an input there is no recording.
+  /// The desktop's sound; without an input there is no recording. What `inhibitSleep` returns keeps the
+  /// computer awake as long as it lives; the reason is one word for the user.
   struct Devices {
     std::unique_ptr<platform::OutputDevice> output;
     std::unique_ptr<platform::InputRecorder> input;
+    std::function<std::shared_ptr<void>(const char* reason)> inhibitSleep;
   };
 
   /// Without a store nothing is loaded or saved. Store and telemetry must outlive the model.
@@ -158,6 +163,8 @@ class AppModel final : public QObject {
   QCoro::Task<> saveTake();
   void discardPendingTake();
   QCoro::Task<> exportWAV();
+  /// Copies an exported file to its place, where it appears whole or not at all; tells whether it is there.
+  QCoro::Task<bool> saveExport(std::filesystem::path rendered, std::filesystem::path target);
 
   // Projects. The tasks run whether they are awaited or not; only those that say so throw.
   QCoro::Task<> loadInitialProject();
@@ -196,7 +203,11 @@ class AppModel final : public QObject {
   QCoro::Task<> importFile(std::filesystem::path url, ImportTarget target);
   UUID audioTrack(std::optional<UUID> wanted);
   QCoro::Task<bool> saveImportedTake();
+  void noteImportedTake(const UUID& clipID);
+  void offerLeftTake();
+  void keepAwake();
   bool hasEverySample() const;
+  void dropExport();
   void exportEnded(const std::filesystem::path& url, const std::exception_ptr& error);
 
   bool canChangeProject() const;
@@ -217,12 +228,18 @@ class AppModel final : public QObject {
   AudioFileLoader audioFileLoader_;
   AudioEngine engine_;
   MicrophoneRecorder recorder_;
+  const TakeFolder takeFolder_;
   OfflineExporter exporter_;
+  std::optional<platform::SerialWorker> copyWorker_{std::in_place};
   bool hasConfigured_ = false;
 
   QTimer saveTimer_;                   // runs from the last edit to its save
   std::optional<Song> scheduledSave_;  // what it will write
   std::uint64_t saveVersion_ = 0;      // moves with every schedule and cancel: older answers are stale
+
+  const std::function<std::shared_ptr<void>(const char*)> inhibitSleep_;
+  std::shared_ptr<void> sleepInhibitor_;  // held while a take or an export runs
+  ChangeListener workListener_{[this] { keepAwake(); }, isRecording, exportTask};
 };
 
 }  // namespace velmora

@@ -4,6 +4,8 @@
 #include <system_error>
 #include <utility>
 
+#include "Platform/Files/Files.h"
+#include "Platform/Files/Folders.h"
 #include "Platform/Tasks/Cancelled.h"
 #include "Velmora/Model/AppModelEdits.h"
 
@@ -36,7 +38,7 @@ QCoro::Task<> AppModel::exportWAV() {
   if (exportURL()) removeQuietly(*exportURL());
   exportURL.set({});
   exportProgress.set(0);
-  const std::filesystem::path url = std::filesystem::temp_directory_path() / (UUID::random().text() + ".wav");
+  const std::filesystem::path url = platform::temporaryFile("wav");
   pause();
   const auto task = std::make_shared<platform::CancellableTask>();
   exportTask.set(task);
@@ -73,6 +75,26 @@ void AppModel::exportEnded(const std::filesystem::path& url, const std::exceptio
     telemetry_.record(TelemetryEvent::wavExportFailed);
     reportFailure("Export failed: ", failure);
   }
+}
+
+/// The rendered file stays: a copy that failed can be tried again elsewhere.
+QCoro::Task<bool> AppModel::saveExport(std::filesystem::path rendered, std::filesystem::path target) {
+  const QPointer<AppModel> self(this);
+  try {
+    auto copy = [rendered, target] { platform::copyFile(rendered, target); };
+    auto copying = copyWorker_->run(std::move(copy));
+    co_await copying;
+    co_return true;
+  } catch (const std::exception& error) {
+    if (self) reportFailure("Export failed: ", error);
+  }
+  co_return false;
+}
+
+/// A copy under way ends well first.
+void AppModel::dropExport() {
+  copyWorker_.reset();
+  if (exportURL()) removeQuietly(*exportURL());
 }
 
 }  // namespace velmora

@@ -84,11 +84,7 @@ void AppModel::placeImported(const std::filesystem::path& copy, const LoadedAudi
   audioSamples.set(std::move(samples));
   song.set(std::move(edited));
   selectClip(clip.id);
-  if (pendingTake() && pendingTake()->url == url) {
-    RecordingContext take = *pendingTake();
-    take.importedClipID = clip.id;
-    pendingTake.set(take);
-  }
+  if (pendingTake() && pendingTake()->url == url) noteImportedTake(clip.id);
   commit();
 }
 

@@ -12,32 +12,28 @@ namespace {
 
 constexpr LoopRange endlessLoop{0, 16384};  // so that a take can't wrap
 
-std::filesystem::path temporaryFile(std::string_view extension) {
-  return std::filesystem::temp_directory_path() / (UUID::random().text() + std::string(extension));
-}
-
 }  // namespace
 
 /// A take starts where the playhead stands, on the selected track if it takes audio.
 void AppModel::startRecording() {
   if (isRecording() || isAudioBusy() || isProjectBusy() || pendingTake()) return;
   isAudioBusy.set(true);
-  const std::filesystem::path url = temporaryFile(".caf");
   pause();
   const double beat = transport_.playhead();
   const UUID trackID = audioTrack(selectedTrackID());
+  const RecordingContext take{
+      .url = TakeFolder::newTake(), .trackID = trackID, .beat = beat, .importedClipID = {}};
   try {
-    recorder_.start(url);
-    recordingContext.set(
-        RecordingContext{.url = url, .trackID = trackID, .beat = beat, .importedClipID = {}});
+    takeFolder_.note(take);
+    recorder_.start(take.url);
+    recordingContext.set(take);
     transport_.setLoop(endlessLoop);
     isRecording.set(true);
     play();
   } catch (const std::exception& error) {
     telemetry_.record(TelemetryEvent::recordingFailed);
     reportFailure("", error);
-    std::error_code ignored;
-    std::filesystem::remove(url, ignored);
+    TakeFolder::remove(take);
   }
   isAudioBusy.set(false);
 }
@@ -77,8 +73,7 @@ QCoro::Task<> AppModel::saveTake() {
   }
   if (!self || !isKept) co_return;
   telemetry_.record(TelemetryEvent::recordingSaved);
-  std::error_code ignored;
-  std::filesystem::remove(take.url, ignored);
+  TakeFolder::remove(take);
   pendingTake.set({});
 }
 
@@ -95,12 +90,45 @@ QCoro::Task<bool> AppModel::saveImportedTake() {
   co_return false;
 }
 
+/// The take was imported; should the process end before it is saved, the next one can tell whether it was.
+void AppModel::noteImportedTake(const UUID& clipID) {
+  RecordingContext take = *pendingTake();
+  take.importedClipID = clipID;
+  pendingTake.set(take);
+  try {
+    takeFolder_.note(take);
+  } catch (const platform::FileError&) {  // then a crash would offer the take once too often
+  }
+}
+
+/// What an earlier process left, unless the project that it saved has it. The editor of the take's track is
+/// where it can be saved.
+void AppModel::offerLeftTake() {
+  std::optional<RecordingContext> left = takeFolder_.leftTake();
+  if (!left) return;
+  if (left->importedClipID && song().clip(*left->importedClipID)) {
+    TakeFolder::remove(*left);
+    return;
+  }
+  left->importedClipID.reset();
+  left->trackID = audioTrack(left->trackID);
+  selectTrack(left->trackID);
+  pendingTake.set(std::move(left));
+  if (!lastError()) reportError("Your recorded take is waiting to be saved.");
+}
+
+/// What runs for a while without a hand on the keyboard must not be ended by a computer that goes to sleep.
+void AppModel::keepAwake() {
+  const char* const reason = isRecording() ? "Recording" : exportTask() ? "Exporting" : nullptr;
+  if (!reason) sleepInhibitor_.reset();
+  if (reason && !sleepInhibitor_ && inhibitSleep_) sleepInhibitor_ = inhibitSleep_(reason);
+}
+
 void AppModel::discardPendingTake() {
   if (!pendingTake()) return;
   const RecordingContext take = *pendingTake();
-  std::error_code code;
-  std::filesystem::remove(take.url, code);
-  if (code) return reportError("Could not discard take: " + code.message());
+  if (const std::error_code code = TakeFolder::remove(take))
+    return reportError("Could not discard take: " + code.message());
   if (take.importedClipID) {
     if (selectedClipID() == take.importedClipID) selectedClipID.set({});
     editSong([&](Song& edited) { edited.removeClip(*take.importedClipID); });

@@ -1,8 +1,7 @@
-#include <QCoreApplication>
 #include <cmath>
 #include <cstdint>
 #include <fstream>
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 #include <limits>
 #include <sndfile.h>
 #include <string>
@@ -12,7 +11,15 @@
 #include "Platform/Tasks/Cancelled.h"
 #include "Platform/Tasks/ResultOf.h"
 #include "Velmora/Audio/AudioFileLoader.h"
+#include "fuzz/AudioFileFuzzCase.h"
+#include "tests/support/EventLoopTest.h"
+#include "tests/support/Files.h"
 #include "tests/support/TemporaryFolder.h"
+
+// libvorbis' header state leaks when libsndfile gives up on a damaged Ogg file: about 6 kB a file, which is
+// theirs.
+extern "C" const char* __lsan_default_suppressions();
+extern "C" const char* __lsan_default_suppressions() { return "leak:vorbis_info_init\n"; }
 
 namespace velmora {
 namespace {
@@ -54,47 +61,32 @@ void makeSparse(const fs::path& path, std::uint32_t sampleRate, std::uint32_t fr
   fs::resize_file(path, header.size() + frameCount);
 }
 
-enum class Outcome { loaded, unsupported, fileError };
-
-Outcome outcomeOf(const fs::path& path) {
+bool loads(const fs::path& path) {
   try {
-    const LoadedAudio audio = AudioFileLoader::decode(path);
-    EXPECT_FALSE(audio.sample->samples.empty());
-    return Outcome::loaded;
-  } catch (const AudioFileError&) {
-    return Outcome::unsupported;
-  } catch (const platform::FileError&) {
-    return Outcome::fileError;
+    return !AudioFileLoader::decode(path).sample->samples.empty();
+  } catch (const AudioFileError& error) {
+    EXPECT_STREQ(error.what(), "Choose a mono or stereo audio file up to 10 minutes long.");
+    return false;
   }
 }
 
 TEST(AudioFileLoaderTest, KeepsTheLimitsToTheirLastFrame) {
   const TemporaryFolder folder;
   const struct {
-    std::uint32_t sampleRate;
-    std::uint32_t frameCount;
-    Outcome outcome;
-  } rows[] = {{7999, 100, Outcome::unsupported},       {8000, 100, Outcome::loaded},
-              {192000, 100, Outcome::loaded},          {192001, 100, Outcome::unsupported},
-              {44100, 0, Outcome::unsupported},        {44100, 1, Outcome::loaded},
-              {8000, 4800000, Outcome::loaded},        {8000, 4800001, Outcome::unsupported},
-              {44100, 26460000, Outcome::loaded},      {44100, 26460001, Outcome::unsupported},
-              {192000, 30000001, Outcome::unsupported}};
+    std::uint32_t sampleRate, frameCount;
+    bool loads;
+  } rows[] = {{7999, 100, false},       {8000, 100, true},        {192000, 100, true},
+              {192001, 100, false},     {44100, 0, false},        {44100, 1, true},
+              {8000, 4800000, true},    {8000, 4800001, false},   {44100, 26460000, true},
+              {44100, 26460001, false}, {192000, 30000001, false}};
   for (const auto& row : rows) {
     makeSparse(folder / "a.wav", row.sampleRate, row.frameCount);
-    EXPECT_EQ(outcomeOf(folder / "a.wav"), row.outcome)
-        << row.sampleRate << " Hz, " << row.frameCount << " frames";
+    EXPECT_EQ(loads(folder / "a.wav"), row.loads) << row.sampleRate << " Hz, " << row.frameCount << " frames";
   }
-}
-
-TEST(AudioFileLoaderTest, TakesOneOrTwoChannels) {
-  const TemporaryFolder folder;
-  const std::vector<float> samples(12, 0.5F);
   for (const int channelCount : {1, 2, 3, 6}) {
-    make(folder / "a.wav", {.channelCount = channelCount}, samples);
-    EXPECT_EQ(outcomeOf(folder / "a.wav"), channelCount <= 2 ? Outcome::loaded : Outcome::unsupported);
+    make(folder / "a.wav", {.channelCount = channelCount}, std::vector<float>(12, 0.5F));
+    EXPECT_EQ(loads(folder / "a.wav"), channelCount <= 2) << channelCount;
   }
-  EXPECT_STREQ(AudioFileError().what(), "Choose a mono or stereo audio file up to 10 minutes long.");
 }
 
 TEST(AudioFileLoaderTest, MixesDownAndReplacesWhatIsNoSample) {
@@ -117,39 +109,16 @@ TEST(AudioFileLoaderTest, ReadsTheUsualFormatsWhateverTheNameSays) {
   const TemporaryFolder folder;
   std::vector<float> tone(20001);
   for (std::size_t i = 0; i < tone.size(); ++i) tone[i] = 0.5F * std::sin(0.05F * static_cast<float>(i));
-  const struct {
-    int format;
-    float tolerance;
-  } rows[] = {{SF_FORMAT_WAV | SF_FORMAT_PCM_16, 1e-4F},
-              {SF_FORMAT_AIFF | SF_FORMAT_PCM_24, 1e-6F},
-              {SF_FORMAT_CAF | SF_FORMAT_FLOAT, 0.0F},
-              {SF_FORMAT_FLAC | SF_FORMAT_PCM_16, 1e-4F},
-              {SF_FORMAT_OGG | SF_FORMAT_VORBIS, 0.05F}};
-  for (const auto& row : rows) {
-    make(folder / "sound.txt", {.format = row.format}, tone);
-    const LoadedAudio audio = AudioFileLoader::decode(folder / "sound.txt");
-    ASSERT_EQ(audio.sample->samples.size(), tone.size()) << std::hex << row.format;
-    for (std::size_t i = 0; i < tone.size(); ++i)
-      ASSERT_NEAR(audio.sample->samples[i], tone[i], row.tolerance) << std::hex << row.format;
-  }
-}
-
-TEST(AudioFileLoaderTest, TakesWhatADamagedFileStillHolds) {
-  const TemporaryFolder folder;
-  for (const int format : {SF_FORMAT_WAV | SF_FORMAT_PCM_16, SF_FORMAT_FLAC | SF_FORMAT_PCM_16}) {
-    make(folder / "a", {.format = format}, std::vector<float>(100000, 0.25F));
-    for (const std::uintmax_t size :
-         {fs::file_size(folder / "a") / 2, std::uintmax_t{30}, std::uintmax_t{0}}) {
-      fs::resize_file(folder / "a", size);
-      try {
-        const LoadedAudio audio = AudioFileLoader::decode(folder / "a");
-        EXPECT_LE(audio.sample->samples.size(), 100000U);
-      } catch (const AudioFileError&) {
-      } catch (const platform::FileError& error) {
-        EXPECT_TRUE(std::string(error.what()).starts_with("a: ")) << error.what();
-      }
-    }
-    EXPECT_EQ(outcomeOf(folder / "a"), Outcome::fileError);
+  const std::pair<int, float> rows[] = {{SF_FORMAT_WAV | SF_FORMAT_PCM_16, 1e-4F},
+                                        {SF_FORMAT_AIFF | SF_FORMAT_PCM_24, 1e-6F},
+                                        {SF_FORMAT_CAF | SF_FORMAT_FLOAT, 0.0F},
+                                        {SF_FORMAT_FLAC | SF_FORMAT_PCM_16, 1e-4F},
+                                        {SF_FORMAT_OGG | SF_FORMAT_VORBIS, 0.05F}};
+  for (const auto& [format, tolerance] : rows) {
+    make(folder / "sound.txt", {.format = format}, tone);
+    EXPECT_THAT(AudioFileLoader::decode(folder / "sound.txt").sample->samples,
+                ::testing::Pointwise(::testing::FloatNear(tolerance), tone))
+        << std::hex << format;
   }
 }
 
@@ -164,24 +133,33 @@ TEST(AudioFileLoaderTest, PaysOnlyForTheFramesThatAHugePromiseHolds) {
   EXPECT_LE(audio.sample->samples.capacity(), 2000U);
 }
 
-TEST(AudioFileLoaderTest, StopsWhenItIsAskedTo) {
-  const TemporaryFolder folder;
-  makeSparse(folder / "a.wav", 8000, 100000);
-  std::stop_source stop;
-  stop.request_stop();
-  EXPECT_THROW(AudioFileLoader::decode(folder / "a.wav", stop.get_token()), platform::Cancelled);
+TEST(AudioCorpusTest, EveryFileLoadsAndSurvivesBeingCutAndBent) {
+  int count = 0;
+  for (const auto& entry : std::filesystem::directory_iterator(VELMORA_AUDIO_CORPUS)) {
+    const std::string whole = testing::contentOf(entry.path());
+    EXPECT_EQ(audioFileFuzzCase(whole), AudioFileFuzzOutcome::loaded) << entry.path().filename();
+    for (std::size_t length = 0; length < whole.size(); length += 1 + whole.size() / 40) {
+      audioFileFuzzCase(whole.substr(0, length));
+      std::string bent = whole;
+      bent[length] = static_cast<char>(~bent[length]);
+      audioFileFuzzCase(bent);
+    }
+    ++count;
+  }
+  EXPECT_GE(count, 10);
 }
 
-TEST(AudioFileLoaderTest, LoadsOnAWorker) {
-  int count = 1;
-  char name[] = "test";
-  char* arguments[] = {name, nullptr};
-  const QCoreApplication application(count, arguments);
+class LoaderTest : public testing::EventLoopTest {};
+
+TEST_F(LoaderTest, LoadsOnAWorkerUntilItIsStopped) {
   const TemporaryFolder folder;
   makeSparse(folder / "a.wav", 8000, 1000);
   AudioFileLoader loader;
   EXPECT_EQ(platform::resultOf(loader.load(folder / "a.wav")).sample->samples.size(), 1000U);
   EXPECT_THROW(platform::resultOf(loader.load(folder / "none.wav")), platform::FileError);
+  std::stop_source stop;
+  stop.request_stop();
+  EXPECT_THROW(platform::resultOf(loader.load(folder / "a.wav", stop.get_token())), platform::Cancelled);
 }
 
 }  // namespace

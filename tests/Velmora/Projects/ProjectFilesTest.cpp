@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <chrono>
 #include <fstream>
 #include <gmock/gmock.h>
@@ -10,10 +11,12 @@
 #include "Platform/Files/Files.h"
 #include "Platform/Files/Folders.h"
 #include "Velmora/Projects/ProjectFiles.h"
+#include "Velmora/Projects/ProjectStore.h"
 #include "VelmoraCore/Song/Limits.h"
 #include "VelmoraCore/Song/SongJSON.h"
 #include "VelmoraCore/Song/SongValidation.h"
 #include "tests/Velmora/Projects/FaultInjection.h"
+#include "tests/support/Files.h"
 #include "tests/support/TemporaryFolder.h"
 
 namespace velmora {
@@ -21,9 +24,8 @@ namespace {
 
 namespace fs = std::filesystem;
 using platform::FileError;
-
-void put(const fs::path& path, std::string_view bytes) { std::ofstream(path, std::ios::binary) << bytes; }
-std::string get(const fs::path& path) { return platform::readFile(path, limits::longestDocumentBytes); }
+using testing::contentOf;
+using testing::put;
 
 Song named(std::string name) { return Song::empty(std::move(name)); }
 
@@ -57,40 +59,41 @@ TEST_F(ProjectFilesTest, ReadsNothingFromNothingAndCreatesNothing) {
 
 TEST_F(ProjectFilesTest, GivesBackWhatItSaved) {
   Song song = Song::demo();
-  files_.save(song);
-  EXPECT_EQ(files_.load(song.id), song);
-  EXPECT_EQ(get(documentOf(song)), encodeSong(song));
-  song.name = "Second thoughts";
-  files_.save(song);
-  EXPECT_EQ(files_.load(song.id), song);
-  EXPECT_EQ(platform::listFolder(folderOf(song)), std::vector<std::string>{"song.json"});
+  for (const char* name : {"First thoughts", "Second thoughts"}) {
+    song.name = name;
+    files_.save(song);
+    EXPECT_EQ(files_.load(song.id), song);
+    EXPECT_EQ(contentOf(documentOf(song)), encodeSong(song));
+    EXPECT_EQ(platform::listFolder(folderOf(song)), std::vector<std::string>{"song.json"});
+  }
 }
 
-TEST_F(ProjectFilesTest, RefusesToSaveABadSongAndLeavesTheDiskAsItWas) {
-  Song bad = named("Bad");
-  while (bad.tracks.size() < limits::mostTracks + 1) bad.addTrack(TrackKind::audio());
-  EXPECT_THROW(files_.save(bad), InvalidProject);
-  EXPECT_FALSE(fs::exists(folder_ / "data"));
-
-  Song tooLong = named(std::string(limits::longestDocumentBytes, 'n'));
-  EXPECT_THROW(files_.save(tooLong), InvalidProject);
-  EXPECT_FALSE(fs::exists(folder_ / "data"));
-
-  Song good = bad;
-  good.removeTrack(good.tracks.back().id);
-  files_.save(good);
-  EXPECT_THROW(files_.save(bad), InvalidProject);
-  EXPECT_EQ(files_.load(bad.id), good);
-}
-
-TEST_F(ProjectFilesTest, LimitsTheDocumentToItsLastByte) {
+TEST_F(ProjectFilesTest, AStoreWritesInTheOrderOfTheCallsEvenWhenItIsDestroyed) {
   Song song = named("");
+  {
+    ProjectStore store(root_);
+    for (int i = 0; i < 20; ++i) {
+      song.name = "Take " + std::to_string(i);
+      store.save(song);
+    }
+  }
+  EXPECT_EQ(files_.load(song.id).name, "Take 19");
+}
+
+TEST_F(ProjectFilesTest, RefusesABadSongAndOneOfAByteTooMuchAndLeavesTheDiskAsItWas) {
+  Song song = named("");
+  Song invalid = song;
+  while (invalid.tracks.size() < limits::mostTracks + 1) invalid.addTrack(TrackKind::audio());
   song.name = std::string(limits::longestDocumentBytes - encodeSong(song).size(), 'n');
-  files_.save(song);
-  EXPECT_EQ(fs::file_size(documentOf(song)), limits::longestDocumentBytes);
-  EXPECT_EQ(files_.load(song.id).name.size(), song.name.size());
-  song.name += 'n';
-  EXPECT_THROW(files_.save(song), InvalidProject);
+  Song tooLong = song;
+  tooLong.name += 'n';
+  for (const bool hasOld : {false, true}) {
+    EXPECT_THROW(files_.save(invalid), InvalidProject);
+    EXPECT_THROW(files_.save(tooLong), InvalidProject);
+    EXPECT_EQ(fs::exists(folder_ / "data"), hasOld);
+    files_.save(song);
+    EXPECT_EQ(files_.load(song.id), song);
+  }
   std::ofstream(documentOf(song), std::ios::app) << '\n';
   for (const bool areHidden : {false, true}) {
     testing::hideSizes(areHidden);
@@ -118,7 +121,7 @@ TEST_F(ProjectFilesTest, LoadsOnlyWhatBelongsToTheFolderAndIsValid) {
 TEST_F(ProjectFilesTest, RemembersTheCurrentProjectAndForgivesGarbage) {
   const UUID id = UUID::random();
   files_.setCurrentProject(id);
-  EXPECT_EQ(get(root_ / "current.txt"), id.text());
+  EXPECT_EQ(contentOf(root_ / "current.txt"), id.text());
   EXPECT_EQ(files_.currentProjectID(), id);
   for (const std::string& garbage :
        {std::string(), std::string("\xFF\xFE"), id.text() + "\n", std::string(5000000, '0')}) {
@@ -130,29 +133,24 @@ TEST_F(ProjectFilesTest, RemembersTheCurrentProjectAndForgivesGarbage) {
   EXPECT_THROW(files_.currentProjectID(), FileError);
 }
 
-TEST_F(ProjectFilesTest, ListsNewestFirstAndUnreadableLast) {
-  const Song old = named("Old");
+TEST_F(ProjectFilesTest, ListsNewestFirstThenAsTheFolderDoesAndUnreadableLast) {
   const Song recent = named("Recent");
-  for (const Song& song : {recent, old}) files_.save(song);
-  fs::last_write_time(documentOf(old), fs::file_time_type::clock::now() - std::chrono::hours(1));
-  fs::create_directory(root_ / UUID::random().text());
-  const auto rows = files_.listProjects();
-  EXPECT_EQ(listing(), (std::vector<std::string>{"Recent/1", "Old/1", "Unreadable project/0"}));
-  EXPECT_EQ(rows[0].modified, platform::modificationDate(documentOf(recent)));
-  EXPECT_EQ(rows[2].modified, ProjectSummary::distantPast);
-}
-
-TEST_F(ProjectFilesTest, KeepsTheListingOrderOfEqualDates) {
-  std::vector<std::string> expected;
-  for (int i = 0; i < 20; ++i) files_.save(named("Same"));
-  const auto date = fs::file_time_type::clock::now();
-  for (const std::string& name : platform::listFolder(root_)) {
-    fs::last_write_time(root_ / name / "song.json", date);
-    expected.push_back(name);
+  files_.save(recent);
+  const auto date = fs::file_time_type::clock::now() - std::chrono::hours(1);
+  for (int i = 0; i < 20; ++i) {
+    const Song old = named("Old");
+    files_.save(old);
+    fs::last_write_time(documentOf(old), date);
   }
-  std::vector<std::string> seen;
-  for (const ProjectSummary& row : files_.listProjects()) seen.push_back(row.id.text());
+  std::vector<std::string> expected = platform::listFolder(root_), seen;
+  std::ranges::stable_partition(expected, [&](const auto& id) { return id == recent.id.text(); });
+  expected.push_back(UUID::random().text());
+  fs::create_directory(root_ / expected.back());
+  const auto rows = files_.listProjects();
+  for (const ProjectSummary& row : rows) seen.push_back(row.id.text());
   EXPECT_EQ(seen, expected);
+  EXPECT_EQ(rows.front().modified, platform::modificationDate(documentOf(recent)));
+  EXPECT_EQ(rows.back().modified, ProjectSummary::distantPast);
 }
 
 TEST_F(ProjectFilesTest, SurvivesWhateverLiesInTheRoot) {
@@ -189,26 +187,25 @@ TEST_F(ProjectFilesTest, DeletesAProjectWithAllItsFiles) {
 
 TEST_F(ProjectFilesTest, ImportsUnderAFreshNameWithAPlainExtension) {
   const UUID project = UUID::random();
-  const struct {
-    const char* source;
-    const char* extension;
-  } rows[] = {{"beat.AIFF", ".aiff"},
-              {"a.b.wav", ".wav"},
-              {"none", ".caf"},
-              {"a.w-v", ".caf"},
-              {"a.", ".caf"},
-              {".wav", ".caf"},
-              {"a.abcdefghij", ".abcdefghij"},
-              {"a.abcdefghijk", ".caf"},
-              {"a.\xC3\x84IFF", ".\xC3\xA4iff"},
-              {"a.\xFF", ".caf"}};
-  for (const auto& row : rows) {
-    put(folder_ / row.source, row.source);
-    const fs::path copy = files_.importAudioFile(folder_ / row.source, project);
+  const std::pair<std::string, std::string> rows[] = {
+      {"beat.AIFF", ".aiff"},
+      {"a.b.wav", ".wav"},
+      {"none", ".caf"},
+      {"a.w-v", ".caf"},
+      {"a.", ".caf"},
+      {".wav", ".caf"},
+      {"a.abcdefghij", ".abcdefghij"},
+      {"a.\xFF", ".caf"},
+      {"a.abcdefghijk", ".caf"},
+      {"a.\xC3\x84IFF", ".\xC3\xA4iff"},
+  };
+  for (const auto& [source, extension] : rows) {
+    put(folder_ / source, source);
+    const fs::path copy = files_.importAudioFile(folder_ / source, project);
     EXPECT_EQ(copy.parent_path(), root_ / project.text() / "audio");
-    EXPECT_EQ(copy.extension(), row.extension) << row.source;
+    EXPECT_EQ(copy.extension(), extension) << source;
     EXPECT_EQ(UUID::parse(copy.stem().string())->text(), copy.stem());
-    EXPECT_EQ(get(copy), row.source);
+    EXPECT_EQ(contentOf(copy), source);
   }
   const std::size_t count = platform::listFolder(root_ / project.text() / "audio").size();
   EXPECT_EQ(count, std::size(rows));
