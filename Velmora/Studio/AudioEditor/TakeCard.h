@@ -1,0 +1,50 @@
+#pragma once
+
+#include <QBoxLayout>
+#include <QMessageBox>
+#include <QPointer>
+#include <QWidget>
+#include <filesystem>
+#include <functional>
+
+#include "Velmora/Model/AppModel.h"
+#include "Velmora/Theme/CommandButton.h"
+#include "Velmora/Theme/TextLabel.h"
+
+namespace velmora {
+
+/// Stands over the editor while a take waits to be saved: save it again, keep its file, or give it up.
+class TakeCard final : public QWidget {
+ public:
+  /// Copies a file's content. Runs on a worker; throws what tells the user why it failed.
+  using CopyFile =
+      std::function<void(const std::filesystem::path& source, const std::filesystem::path& target)>;
+
+  /// The model must outlive it.
+  TakeCard(AppModel& model, CopyFile copyFile, QWidget* parent = nullptr);
+
+  /// Visible or not, as the model has a take.
+  void refresh();
+  bool confirmsDiscard() const;  ///< it asks whether to give the take up
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
+
+ private:
+  void chooseCopy();
+  void saveCopy(const std::filesystem::path& target);
+  void askToDiscard();
+
+  AppModel& model_;
+  const CopyFile copyFile_;
+  QBoxLayout row_{QBoxLayout::LeftToRight};
+  TextLabel line_;
+  CommandButton retry_;
+  CommandButton saveOriginal_;
+  CommandButton discard_;
+  QPointer<QMessageBox> question_;
+  QPointer<QDialog> copyDialog_;
+};
+
+}  // namespace velmora
