@@ -24,6 +24,7 @@ class Segment final : public PaintedButton {
     setFont(Theme::font(Theme::Text::control));
     setCheckable(true);
     setAutoExclusive(true);
+    Spoken::attachToggle(*this);
   }
 
   QSize sizeHint() const override { return {fontMetrics().horizontalAdvance(text()) + 28, pickerHeight}; }

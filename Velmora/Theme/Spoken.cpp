@@ -1,5 +1,6 @@
 #include "Velmora/Theme/Spoken.h"
 
+#include <QAbstractButton>
 #include <QAccessibleWidget>
 #include <QTimer>
 #include <QWidget>
@@ -61,22 +62,32 @@ class SpokenWidget final : public QAccessibleWidget, public QAccessibleValueInte
     if (kind == QAccessible::Value) return spoken_.value();
     if (kind != QAccessible::Description) return QAccessibleWidget::text(kind);
     const QString description = QAccessibleWidget::text(kind);
-    return description.isEmpty() ? spoken_.value() : spoken_.value() + ". " + description;
+    const bool saysMore = !description.isEmpty() && description != QAccessibleWidget::text(QAccessible::Name);
+    return saysMore ? spoken_.value() + ". " + description : spoken_.value();
+  }
+
+  QAccessible::State state() const override {
+    QAccessible::State state = QAccessibleWidget::state();
+    state.checkable = static_cast<bool>(spoken_.isOn);
+    state.checked = spoken_.isOn && spoken_.isOn();
+    return state;
   }
 
   QStringList actionNames() const override {
+    if (!widget()->isEnabled()) return {};
     QStringList names = QAccessibleWidget::actionNames();
-    if (spoken_.press) names.prepend(pressAction());
+    if (spoken_.press) names.prepend(pressName());
     if (spoken_.adjustment) names << increaseAction() << decreaseAction();
     return names;
   }
 
   void doAction(const QString& name) override {
-    if (name == pressAction() && spoken_.press) {
+    if (!actionNames().contains(name)) return;
+    if (name == pressName()) {
       spoken_.press();
-    } else if (name == increaseAction() && spoken_.adjustment) {
+    } else if (name == increaseAction()) {
       spoken_.adjustment->move(1);
-    } else if (name == decreaseAction() && spoken_.adjustment) {
+    } else if (name == decreaseAction()) {
       spoken_.adjustment->move(-1);
     } else {
       QAccessibleWidget::doAction(name);
@@ -90,6 +101,8 @@ class SpokenWidget final : public QAccessibleWidget, public QAccessibleValueInte
   QVariant minimumStepSize() const override { return spoken_.adjustment->step; }
 
  private:
+  const QString& pressName() const { return spoken_.isOn ? toggleAction() : pressAction(); }
+
   const Spoken& spoken_;  // the attachment's, which outlives every interface of its widget
 };
 
@@ -97,6 +110,12 @@ QAccessibleInterface* makeInterface(const QString&, QObject* object) {
   auto* const widget = qobject_cast<QWidget*>(object);
   const Attachment* const attachment = widget ? attachmentOf(*widget) : nullptr;
   return attachment ? new SpokenWidget(*widget, attachment->spoken) : nullptr;
+}
+
+/// Asked for the names of the object's classes, from the most special one to the first that is known.
+QAccessibleInterface* makeScrollArea(const QString& className, QObject* object) {
+  if (className != "QScrollArea" && className != "QAbstractScrollArea") return nullptr;
+  return new QAccessibleWidget(qobject_cast<QWidget*>(object), QAccessible::Client);
 }
 
 /// Setting a name before has already made, and kept, the standard interface.
@@ -114,6 +133,14 @@ void Spoken::attach(QWidget& widget, Spoken spoken) {
   new Attachment(widget, std::move(spoken));
   dropEarlierInterface(widget);
 }
+
+void Spoken::attachToggle(QAbstractButton& button) {
+  attach(button, {.role = button.autoExclusive() ? QAccessible::RadioButton : QAccessible::CheckBox,
+                  .press = [&button] { button.click(); },
+                  .isOn = [&button] { return button.isChecked(); }});
+}
+
+void Spoken::guardScrollAreas() { QAccessible::installFactory(makeScrollArea); }
 
 void Spoken::tellValue(QWidget& widget) {
   if (Attachment* const attachment = attachmentOf(widget)) attachment->tellValue();

@@ -49,8 +49,8 @@ QSize menuItemSize(const QStyleOption* option, const QSize& contents) {
   const auto* const item = qstyleoption_cast<const QStyleOptionMenuItem*>(option);
   if (item && item->menuItemType == QStyleOptionMenuItem::Separator) return {contents.width(), 9};
   const int gap = item && item->text.contains('\t') ? StyleSizes::menuShortcutGap : 0;
-  return {StyleSizes::menuMarkWidth + contents.width() + gap + 2 * StyleSizes::textMargin,
-          StyleSizes::menuItemHeight};
+  const int marks = item ? StyleSizes::menuMarksWidth(*item) : StyleSizes::menuMarkWidth;
+  return {marks + contents.width() + gap + 2 * StyleSizes::textMargin, StyleSizes::menuItemHeight};
 }
 
 /// The edit field or, at the end, the arrow of a closed list.

@@ -62,8 +62,10 @@ struct MenuRow {
   const QStyleOptionMenuItem& item;
 
   QRect rect() const { return part.option.rect; }
+  int marksWidth() const { return StyleSizes::menuMarksWidth(item); }
   QRect mark() const { return {rect().left(), rect().top(), StyleSizes::menuMarkWidth, rect().height()}; }
-  QRect words() const { return rect().adjusted(StyleSizes::menuMarkWidth, 0, -StyleSizes::textMargin, 0); }
+  QRect icon() const { return mark().translated(marksWidth() - StyleSizes::menuMarkWidth, 0); }
+  QRect words() const { return rect().adjusted(marksWidth(), 0, -StyleSizes::textMargin, 0); }
   QColor color() const { return textColor(part); }
 
   void paintGround() const {
@@ -71,15 +73,13 @@ struct MenuRow {
     paintPanel(part.painter, rect(), 6, Theme::withOpacity(Theme::accent, 0.18));
   }
 
-  void paintMark() const {
-    if (item.checkType != QStyleOptionMenuItem::NotCheckable && item.checked) {
+  void paintMarks() const {
+    if (item.checkType != QStyleOptionMenuItem::NotCheckable && item.checked)
       Theme::drawSymbol(part.painter, mark(), "checkmark", Theme::accent, 12);
-    } else {
-      const QIcon::Mode mode = part.is(QStyle::State_Enabled) ? QIcon::Normal : QIcon::Disabled;
-      QRect icon(0, 0, 16, 16);
-      icon.moveCenter(mark().center());
-      item.icon.paint(&part.painter, icon, Qt::AlignCenter, mode);
-    }
+    const QIcon::Mode mode = part.is(QStyle::State_Enabled) ? QIcon::Normal : QIcon::Disabled;
+    QRect place(0, 0, 16, 16);
+    place.moveCenter(icon().center());
+    item.icon.paint(&part.painter, place, Qt::AlignCenter, mode);
   }
 
   void paintText() const {
@@ -110,7 +110,7 @@ void menuItem(const StylePart& part) {
   part.painter.save();
   const MenuRow row{part, *item};
   row.paintGround();
-  row.paintMark();
+  row.paintMarks();
   row.paintText();
   row.paintArrow();
   part.painter.restore();
@@ -125,15 +125,16 @@ void progressGroove(const StylePart& part) {
   paintPanel(part.painter, progressBar(part.option.rect), 3, Theme::deep, Theme::lineWeak);
 }
 
+/// Of unknown length: a piece in the middle that stands still, as the text beside it says what goes on.
 void progressContents(const StylePart& part) {
   const auto* const bar = part.as<QStyleOptionProgressBar>();
-  if (!bar || bar->maximum <= bar->minimum) {  // of unknown length: the base style moves
-    if (bar)
-      part.style.QProxyStyle::drawControl(QStyle::CE_ProgressBarContents, bar, &part.painter, part.widget);
-    return;
-  }
+  if (!bar) return;
   QRectF rect = progressBar(part.option.rect);
-  rect.setWidth(rect.width() * (bar->progress - bar->minimum) / (bar->maximum - bar->minimum));
+  if (bar->maximum <= bar->minimum) {
+    rect.adjust(rect.width() / 3, 0, -rect.width() / 3, 0);
+  } else {
+    rect.setWidth(rect.width() * (bar->progress - bar->minimum) / (bar->maximum - bar->minimum));
+  }
   paintPanel(part.painter, rect, std::min(3.0, rect.width() / 2), Theme::accent);
 }
 

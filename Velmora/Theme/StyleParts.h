@@ -39,8 +39,14 @@ struct StyleSizes {
   static constexpr int sliderGroove = 4;
   static constexpr int sliderHandle = 16;
   static constexpr int menuItemHeight = 28;
-  static constexpr int menuMarkWidth = 28;  ///< of the check mark or icon ahead of the text
+  static constexpr int menuMarkWidth = 28;  ///< of a check mark or an icon
   static constexpr int menuShortcutGap = 28;
+
+  /// Ahead of the texts of a menu: one column for check marks or icons, two where there are both.
+  static int menuMarksWidth(const QStyleOptionMenuItem& item) {
+    const bool hasBoth = item.menuHasCheckableItems && item.maxIconWidth > 0;
+    return hasBoth ? 2 * menuMarkWidth : menuMarkWidth;
+  }
 };
 
 }  // namespace velmora

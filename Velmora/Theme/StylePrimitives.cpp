@@ -137,6 +137,7 @@ constexpr Row rows[] = {
     {QStyle::PE_FrameDefaultButton, nothing},
     {QStyle::PE_PanelButtonTool, panelButtonTool},
     {QStyle::PE_FrameButtonTool, nothing},
+    {QStyle::PE_PanelScrollAreaCorner, nothing},
     {QStyle::PE_PanelLineEdit, panelLineEdit},
     {QStyle::PE_FrameLineEdit, nothing},
     {QStyle::PE_Frame, frame},

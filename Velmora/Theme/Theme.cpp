@@ -6,6 +6,7 @@
 #include <array>
 #include <cmath>
 
+#include "Velmora/Theme/Spoken.h"
 #include "Velmora/Theme/StudioStyle.h"
 #include "Velmora/Theme/SymbolIconEngine.h"
 #include "Velmora/Theme/SymbolPainter.h"
@@ -152,6 +153,7 @@ void Theme::install() {
     QApplication::setFont(font(Text::control), widget);
   }
   QToolTip::setFont(font(Text::caption));
+  Spoken::guardScrollAreas();
 }
 
 }  // namespace velmora

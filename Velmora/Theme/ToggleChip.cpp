@@ -3,6 +3,7 @@
 #include <QPainter>
 
 #include "Velmora/Theme/Paint.h"
+#include "Velmora/Theme/Spoken.h"
 #include "Velmora/Theme/Theme.h"
 
 namespace velmora {
@@ -22,6 +23,7 @@ ToggleChip::ToggleChip(const QString& title, const QString& label, const QColor&
   setText(title);
   setFont(Theme::font(Theme::Text::label));
   setCheckable(true);
+  Spoken::attachToggle(*this);
   setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
 }
 

@@ -7,18 +7,7 @@
 
 namespace velmora {
 
-namespace {
-
-QAccessibleInterface* makeAccessible(const QString&, QObject* object) {
-  auto* canvas = dynamic_cast<ArrangementCanvas*>(object);
-  return canvas ? new AccessibleCanvas(canvas) : nullptr;
-}
-
-}  // namespace
-
-void AccessibleCanvas::install() {
-  [[maybe_unused]] static const bool isInstalled = (QAccessible::installFactory(makeAccessible), true);
-}
+void AccessibleCanvas::install() { installAccessible<ArrangementCanvas, AccessibleCanvas>(); }
 
 AccessibleCanvas::~AccessibleCanvas() {
   for (QAccessible::Id id : clips_) {

@@ -7,8 +7,8 @@
 
 namespace velmora {
 
-AddTrackMenu::AddTrackMenu(AppModel& model, QWidget* parent)
-    : ToolbarButton("arrangement.addTrack", "Add Track", "plus", parent) {
+AddTrackMenu::AddTrackMenu(AppModel& model, QWidget* parent) : CommandButton("Add Track", "plus", parent) {
+  setObjectName("arrangement.addTrack");
   setLabel("Add track");
   setMinimumHeight(leastHeight);
   const auto addItem = [&model, &menu = addMenu()](TrackKind kind) {

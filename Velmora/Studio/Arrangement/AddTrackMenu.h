@@ -1,12 +1,12 @@
 #pragma once
 
 #include "Velmora/Model/AppModel.h"
-#include "Velmora/Studio/Arrangement/ToolbarButton.h"
+#include "Velmora/Theme/CommandButton.h"
 
 namespace velmora {
 
 /// The button whose menu adds a track of any kind.
-class AddTrackMenu final : public ToolbarButton {
+class AddTrackMenu final : public CommandButton {
  public:
   static constexpr int leastHeight = 44;
 

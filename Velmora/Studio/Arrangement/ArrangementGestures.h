@@ -34,6 +34,8 @@ class ArrangementGestures final : public QObject, public CanvasResponder {
   void deleteClip(const UUID& clipID) override;
   QString trackName(const UUID& trackID) override;
 
+  bool isDragging() const { return dragKind_ != DragKind::none; }
+
   /// By the factor, about the playhead if it is in view.
   void zoomBy(double factor);
   // Positions are in the canvas.

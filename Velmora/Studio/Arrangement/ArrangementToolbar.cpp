@@ -3,6 +3,7 @@
 #include <QHBoxLayout>
 #include <QPainter>
 #include <array>
+#include <utility>
 
 #include "Velmora/Theme/Theme.h"
 
@@ -16,27 +17,33 @@ constexpr int spacing = 8;
 }  // namespace
 
 ArrangementToolbar::ArrangementToolbar(QWidget* parent) : QWidget(parent) {
+  const std::pair<CommandButton*, const char*> buttons[] = {
+      {&editClips, "arrangement.editClips"}, {&placePattern, "arrangement.placePattern"},
+      {&zoomOut, "arrangement.zoomOut"},     {&zoomIn, "arrangement.zoomIn"},
+      {&loop, "arrangement.loop"},           {&deleteClip, "arrangement.deleteClip"}};
   editClips.setCheckable(true);
   editClips.setToolTip("Turn off to scroll the arrangement by dragging");
   editClips.setAccessibleDescription(editClips.toolTip());
   editClips.setMinimumWidth(104);
-  zoomOut.setLabelShown(ToolbarButton::Label::hidden);
-  zoomIn.setLabelShown(ToolbarButton::Label::hidden);
+  zoomOut.setLabelShown(CommandButton::Label::hidden);
+  zoomIn.setLabelShown(CommandButton::Label::hidden);
   auto* const row = new QHBoxLayout(this);
   row->setContentsMargins(margin, 0, margin, 1);
   row->setSpacing(spacing);
-  for (ToolbarButton* button : {&editClips, &placePattern, &zoomOut, &zoomIn, &loop, &deleteClip})
+  for (const auto& [button, name] : buttons) {
+    button->setObjectName(name);
     row->addWidget(button);
+  }
   row->addStretch(1);
 }
 
 void ArrangementToolbar::fit(int width) {
-  using Label = ToolbarButton::Label;
+  using Label = CommandButton::Label;
   const std::array withText{&deleteClip, &loop, &placePattern};
   int needed =
       2 * margin + 5 * spacing + editClips.widthWith(Label::shown) + 2 * zoomOut.widthWith(Label::hidden);
-  for (ToolbarButton* button : withText) needed += button->widthWith(Label::shown);
-  for (ToolbarButton* button : withText) {
+  for (CommandButton* button : withText) needed += button->widthWith(Label::shown);
+  for (CommandButton* button : withText) {
     const bool isHidden = needed > width;
     button->setLabelShown(isHidden ? Label::hidden : Label::shown);
     if (isHidden) needed += button->widthWith(Label::hidden) - button->widthWith(Label::shown);

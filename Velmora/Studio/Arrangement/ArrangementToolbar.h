@@ -2,7 +2,7 @@
 
 #include <QWidget>
 
-#include "Velmora/Studio/Arrangement/ToolbarButton.h"
+#include "Velmora/Theme/CommandButton.h"
 
 namespace velmora {
 
@@ -13,12 +13,12 @@ class ArrangementToolbar final : public QWidget {
 
   static constexpr int barHeight = 45;  ///< with the line below
 
-  ToolbarButton editClips{"arrangement.editClips", "Edit Clips", {}};
-  ToolbarButton placePattern{"arrangement.placePattern", "Place Pattern", "plus.rectangle"};
-  ToolbarButton zoomOut{"arrangement.zoomOut", "Zoom Out", "minus.magnifyingglass"};
-  ToolbarButton zoomIn{"arrangement.zoomIn", "Zoom In", "plus.magnifyingglass"};
-  ToolbarButton loop{"arrangement.loop", "Loop", "repeat"};
-  ToolbarButton deleteClip{"arrangement.deleteClip", "Delete Clip", "trash"};
+  CommandButton editClips{"Edit Clips"};
+  CommandButton placePattern{"Place Pattern", "plus.rectangle"};
+  CommandButton zoomOut{"Zoom Out", "minus.magnifyingglass"};
+  CommandButton zoomIn{"Zoom In", "plus.magnifyingglass"};
+  CommandButton loop{"Loop", "repeat"};
+  CommandButton deleteClip{"Delete Clip", "trash"};
 
   /// Leaves texts out, the last button's first, until the buttons fit.
   void fit(int width);

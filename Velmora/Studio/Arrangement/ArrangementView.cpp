@@ -2,6 +2,7 @@
 
 #include <QPainter>
 #include <algorithm>
+#include <utility>
 
 #include "Velmora/Studio/Arrangement/ArrangementGeometry.h"
 #include "Velmora/Studio/Arrangement/LoopEditorView.h"
@@ -32,6 +33,7 @@ ArrangementView::ArrangementView(AppModel& model, QWidget* parent)
       canvasPlayhead_(model.transport(), PlayheadMarker::Style::line, &canvas_),
       panel_(model, this),
       empty_(model, this),
+      fileDrop_(model, state_, *this, canvas_),
       songListener_(
           [this] {
             state_.refresh();
@@ -44,6 +46,7 @@ ArrangementView::ArrangementView(AppModel& model, QWidget* parent)
   connectToolbar();
   state_.onChange = [this] { present(); };
   headers_.onFocused = [this](const QRect& inList) { revealHeader(inList); };
+  canvasPlayhead_.onFrame = [this] { followPlayhead(); };
   presentSong();
   present();
   followTransport();
@@ -102,8 +105,23 @@ void ArrangementView::presentSong() {
 }
 
 void ArrangementView::followTransport() {
+  if (model_.isPlaying()) showPlayhead();
   rulerPlayhead_.follow(model_.isPlaying());
   canvasPlayhead_.follow(model_.isPlaying());
+}
+
+/// When the playhead leaves the view by itself the page turns. Who has scrolled away from it stays there
+/// until it comes by, and a drag is never disturbed.
+void ArrangementView::followPlayhead() {
+  if (gestures_.isDragging()) return;
+  const bool wasInView = viewport().showsBeat(std::exchange(followedBeat_, model_.transport().playhead()));
+  if (wasInView) showPlayhead();
+}
+
+void ArrangementView::showPlayhead() {
+  const double beat = model_.transport().playhead();
+  if (viewport().showsBeat(beat)) return;
+  state_.changeViewport([beat](TimelineViewport& viewport) { viewport.turnPageTo(beat); });
 }
 
 bool ArrangementView::hasRoomForPanelInToolbar() const {

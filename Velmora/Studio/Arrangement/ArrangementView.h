@@ -9,6 +9,7 @@
 #include "Velmora/Studio/Arrangement/ArrangementState.h"
 #include "Velmora/Studio/Arrangement/ArrangementToolbar.h"
 #include "Velmora/Studio/Arrangement/EmptyArrangement.h"
+#include "Velmora/Studio/Arrangement/FileDrop.h"
 #include "Velmora/Studio/Arrangement/PlayheadMarker.h"
 #include "Velmora/Studio/Arrangement/RulerCanvas.h"
 #include "Velmora/Studio/Arrangement/SelectedClipPanel.h"
@@ -39,6 +40,8 @@ class ArrangementView final : public QWidget {
   void present();
   void presentSong();
   void followTransport();
+  void followPlayhead();
+  void showPlayhead();
   void placeParts();
   void showParts();
   bool hasRoomForPanelInToolbar() const;
@@ -48,6 +51,7 @@ class ArrangementView final : public QWidget {
   ArrangementState state_;
   ArrangementGestures gestures_;
   bool showsPanel_ = false;
+  double followedBeat_ = 0;  // where the playhead was seen last
 
   ArrangementToolbar toolbar_{this};
   TrackHeaderColumn headers_;
@@ -57,6 +61,7 @@ class ArrangementView final : public QWidget {
   PlayheadMarker canvasPlayhead_;
   SelectedClipPanel panel_;
   EmptyArrangement empty_;
+  FileDrop fileDrop_;
   ChangeListener songListener_;
   ChangeListener transportListener_;
 };

@@ -1,13 +1,12 @@
 #pragma once
 
-#include <QWidget>
-
 #include "Velmora/Model/AppModel.h"
+#include "Velmora/Studio/Parts/Placeholder.h"
 
 namespace velmora {
 
 /// What stands in for the arrangement of a song without tracks.
-class EmptyArrangement final : public QWidget {
+class EmptyArrangement final : public Placeholder {
  public:
   explicit EmptyArrangement(AppModel& model, QWidget* parent = nullptr);
 

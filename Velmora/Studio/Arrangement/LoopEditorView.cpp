@@ -1,11 +1,10 @@
 #include "Velmora/Studio/Arrangement/LoopEditorView.h"
 
-#include <QLabel>
 #include <QPushButton>
 #include <QVBoxLayout>
 
 #include "Velmora/Studio/Arrangement/ShownLoop.h"
-#include "Velmora/Theme/Theme.h"
+#include "Velmora/Theme/TextLabel.h"
 
 namespace velmora {
 
@@ -16,8 +15,9 @@ LoopEditorView::LoopEditorView(AppModel& model, QWidget* parent)
   setMinimumWidth(290);
   start_.setObjectName("arrangement.loop.start");
   end_.setObjectName("arrangement.loop.end");
-  auto* const heading = new QLabel("Song Loop");
-  heading->setFont(Theme::font(Theme::Text::title));
+  for (Stepper* stepper : {&start_, &end_})
+    stepper->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+  auto* const heading = new TextLabel("Song Loop", Theme::Text::title);
   auto* const whole = new QPushButton("Loop Whole Song");
   whole->setObjectName("arrangement.loop.whole");
   auto* const column = new QVBoxLayout(this);
@@ -34,8 +34,8 @@ LoopEditorView::LoopEditorView(AppModel& model, QWidget* parent)
 
 void LoopEditorView::showLoop() {
   const LoopRange loop = shownLoop(model_.song());
-  start_.setValue(loop.startBeat);
-  end_.setValue(loop.endBeat);
+  start_.show(loop.startBeat, "Start beat: " + beatText(loop.startBeat));
+  end_.show(loop.endBeat, "End beat: " + beatText(loop.endBeat) + " (exclusive)");
 }
 
 }  // namespace velmora

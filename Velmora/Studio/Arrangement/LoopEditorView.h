@@ -4,7 +4,7 @@
 
 #include "Velmora/Model/AppModel.h"
 #include "Velmora/Model/ChangeListener.h"
-#include "Velmora/Studio/Arrangement/BeatStepper.h"
+#include "Velmora/Studio/Arrangement/BeatText.h"
 
 namespace velmora {
 
@@ -17,8 +17,8 @@ class LoopEditorView final : public QWidget {
   void showLoop();
 
   AppModel& model_;
-  BeatStepper start_{"Start beat: "};
-  BeatStepper end_{"End beat: ", " (exclusive)"};
+  Stepper start_{"Start beat", timelineRange};
+  Stepper end_{"End beat", timelineRange};
   ChangeListener listener_;
 };
 

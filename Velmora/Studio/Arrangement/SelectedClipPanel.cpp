@@ -13,10 +13,10 @@ SelectedClipPanel::SelectedClipPanel(AppModel& model, QWidget* parent)
     : QWidget(parent), model_(model), moveMenu_(move_.addMenu()) {
   setObjectName("arrangement.selectedClip");
   setAccessibleName("Selected clip");
-  heading_.setFont(Theme::font(Theme::Text::caption));
-  heading_.setForegroundRole(QPalette::PlaceholderText);
   start_.setObjectName("arrangement.clip.start");
   length_.setObjectName("arrangement.clip.beats");
+  move_.setObjectName("arrangement.clip.move");
+  edit_.setObjectName("arrangement.clip.edit");
   placeParts();
   start_.onChange = [this](double beat) { change({.startBeat = beat}); };
   length_.onChange = [this](double beats) { change({.lengthBeats = beats}); };
@@ -27,8 +27,6 @@ SelectedClipPanel::SelectedClipPanel(AppModel& model, QWidget* parent)
 /// Where all is too wide, the heading gives way first.
 void SelectedClipPanel::placeParts() {
   heading_.setMinimumWidth(1);
-  for (BeatStepper* stepper : {&start_, &length_})
-    stepper->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
   auto* const row = new QHBoxLayout(this);
   row->addWidget(&heading_);
   row->addWidget(&start_);
@@ -47,8 +45,8 @@ const Clip* SelectedClipPanel::clip() const {
 bool SelectedClipPanel::showSelection() {
   const Clip* shown = clip();
   if (!shown) return false;
-  start_.setValue(shown->startBeat);
-  length_.setValue(shown->lengthBeats);
+  start_.show(shown->startBeat, "Start: " + beatText(shown->startBeat));
+  length_.show(shown->lengthBeats, "Beats: " + beatText(shown->lengthBeats));
   move_.setEnabled(!otherTracks(*shown).empty());
   edit_.setVisible(shown->source.isPattern());
   return true;
@@ -57,8 +55,7 @@ bool SelectedClipPanel::showSelection() {
 void SelectedClipPanel::setRoom(Room room) {
   if (std::exchange(room_, room) == room) return;
   const bool isTight = room == Room::tight;
-  edit_.setLabelShown(isTight ? ToolbarButton::Label::hidden : ToolbarButton::Label::shown);
-  for (BeatStepper* stepper : {&start_, &length_}) stepper->setButtonWidth(isTight ? 30 : 34);
+  edit_.setLabelShown(isTight ? CommandButton::Label::hidden : CommandButton::Label::shown);
   const int margin = isTight ? 8 : 12;
   layout()->setContentsMargins(margin, 0, margin, 0);
   layout()->setSpacing(isTight ? 6 : 8);
@@ -91,7 +88,10 @@ void SelectedClipPanel::fillMoveMenu() {
 void SelectedClipPanel::editPattern() {
   const Clip* shown = clip();
   if (!shown) return;
-  model_.selectTrack(shown->trackID);
+  const UUID trackID = shown->trackID;
+  const UUID patternID = shown->source.id;
+  model_.selectTrack(trackID);
+  model_.selectPattern(patternID, trackID);
   model_.setWorkspace(Workspace::pattern);
 }
 

@@ -1,13 +1,13 @@
 #pragma once
 
-#include <QLabel>
 #include <QWidget>
 #include <optional>
 #include <vector>
 
 #include "Velmora/Model/AppModel.h"
-#include "Velmora/Studio/Arrangement/BeatStepper.h"
-#include "Velmora/Studio/Arrangement/ToolbarButton.h"
+#include "Velmora/Studio/Arrangement/BeatText.h"
+#include "Velmora/Theme/CommandButton.h"
+#include "Velmora/Theme/TextLabel.h"
 
 namespace velmora {
 
@@ -33,11 +33,11 @@ class SelectedClipPanel final : public QWidget {
 
   AppModel& model_;
   std::optional<Room> room_;
-  QLabel heading_{"Selected clip"};
-  BeatStepper start_{"Start: "};
-  BeatStepper length_{"Beats: "};
-  ToolbarButton move_{"arrangement.clip.move", "Move to Track", {}};
-  ToolbarButton edit_{"arrangement.clip.edit", "Edit Pattern", "pianokeys"};
+  TextLabel heading_{"Selected clip", Theme::Text::caption, Theme::secondary};
+  Stepper start_{"Start", timelineRange};
+  Stepper length_{"Beats", timelineRange};
+  CommandButton move_{"Move to Track"};
+  CommandButton edit_{"Edit Pattern", "pianokeys"};
   QMenu& moveMenu_;
 };
 

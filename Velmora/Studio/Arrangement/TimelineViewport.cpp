@@ -9,6 +9,8 @@ namespace velmora {
 
 namespace {
 
+constexpr double pageLead = 24;  // seen ahead of the beat that a page begins with
+
 /// The offset of a view of the given length that shows as much as possible of a stretch.
 double revealing(double offset, double length, double start, double end) {
   return std::min(std::max(offset, end - length), start);
@@ -37,6 +39,15 @@ void TimelineViewport::scrollTo(const QPointF& offset) {
 void TimelineViewport::reveal(const QRectF& content) {
   scrollTo({revealing(scrollOffset.x(), viewportSize.width(), content.left(), content.right()),
             revealing(scrollOffset.y(), viewportSize.height(), content.top(), content.bottom())});
+}
+
+bool TimelineViewport::showsBeat(double beat) const {
+  const double x = beat * pointsPerBeat() - scrollOffset.x();
+  return x >= 0 && x < viewportSize.width();
+}
+
+void TimelineViewport::turnPageTo(double beat) {
+  scrollTo({beat * pointsPerBeat() - pageLead, scrollOffset.y()});
 }
 
 template <class Change>

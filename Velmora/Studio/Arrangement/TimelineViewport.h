@@ -25,6 +25,9 @@ struct TimelineViewport {
 
   void scrollTo(const QPointF& offset);
   void scrollBy(const QPointF& distance) { scrollTo(scrollOffset + distance); }
+  bool showsBeat(double beat) const;
+  /// Scrolls so that the beat is a little behind the left edge.
+  void turnPageTo(double beat);
   /// Scrolls as little as shows the rectangle; of a larger one, its start.
   void reveal(const QRectF& content);
 

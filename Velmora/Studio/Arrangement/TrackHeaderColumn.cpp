@@ -71,7 +71,7 @@ void TrackHeaderColumn::placeRows() {
   list_.resize(width(), rowHeight * rowCount + ArrangementGeometry::headerFootHeight);
   for (int row = 0; row < rowCount; ++row)
     rows_[static_cast<std::size_t>(row)]->setGeometry(0, rowHeight * row, width(), rowHeight);
-  addTrack_.setGeometry(8, rowHeight * rowCount + 4, width() - 16, AddTrackMenu::leastHeight);
+  addTrack_.setGeometry(4, rowHeight * rowCount + 4, width() - 8, AddTrackMenu::leastHeight);
 }
 
 /// Row after row, the menu last.

@@ -1,7 +1,5 @@
 #include "Velmora/Studio/Mixer/ChannelStrip.h"
 
-#include <QFontMetricsF>
-#include <QLabel>
 #include <QPainter>
 #include <QVBoxLayout>
 
@@ -10,6 +8,7 @@
 #include "Velmora/Studio/Parts/TrackSymbol.h"
 #include "Velmora/Theme/Paint.h"
 #include "Velmora/Theme/Spoken.h"
+#include "Velmora/Theme/TextLabel.h"
 #include "Velmora/Theme/Theme.h"
 #include "Velmora/Theme/ToggleChip.h"
 
@@ -37,15 +36,6 @@ float gainAfterMeter(const Track& track, bool isAnySoloed) {
   return track.isMuted || (isAnySoloed && !track.isSoloed) ? 0 : track.volume;
 }
 
-QLabel* heading(const QString& text) {
-  auto* label = new QLabel(text);
-  label->setFont(Theme::font(Theme::Text::capitals));
-  QPalette palette = label->palette();
-  palette.setColor(QPalette::WindowText, Theme::secondary);
-  label->setPalette(palette);
-  return label;
-}
-
 }  // namespace
 
 ChannelStrip::ChannelStrip(AppModel& model, const Track& track, QWidget* parent)
@@ -59,7 +49,7 @@ ChannelStrip::ChannelStrip(AppModel& model, const Track& track, QWidget* parent)
   meter_ = new MeterView([this] { return peakOf(model_, trackID_); });
   column_->addWidget(meter_);
   addMixKnobs();
-  column_->addWidget(heading("EQUALIZER"));
+  column_->addWidget(new TextLabel("EQUALIZER", Theme::Text::capitals, Theme::secondary));
   addEffectKnobs();
 }
 

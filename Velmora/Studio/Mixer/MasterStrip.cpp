@@ -1,6 +1,5 @@
 #include "Velmora/Studio/Mixer/MasterStrip.h"
 
-#include <QLabel>
 #include <QPainter>
 #include <QVBoxLayout>
 
@@ -8,6 +7,7 @@
 #include "Velmora/Studio/Mixer/MeterView.h"
 #include "Velmora/Theme/Paint.h"
 #include "Velmora/Theme/Spoken.h"
+#include "Velmora/Theme/TextLabel.h"
 #include "Velmora/Theme/Theme.h"
 
 namespace velmora {
@@ -33,11 +33,6 @@ MasterStrip::MasterStrip(AppModel& model, QWidget* parent)
 
   auto* meter = new MeterView([&model] { return model.engine().masterMeter().load(); });
   meter->setColor(Theme::accent);
-  auto* caption = new QLabel("Keep peaks below 0 dB");
-  caption->setFont(Theme::font(Theme::Text::caption));
-  QPalette palette = caption->palette();
-  palette.setColor(QPalette::WindowText, Theme::secondary);
-  caption->setPalette(palette);
   volume_->setLabel("Master volume");
   volume_->setDefaultValue(Song{}.masterVolume);
   volume_->valueText = wholePercent;
@@ -47,7 +42,7 @@ MasterStrip::MasterStrip(AppModel& model, QWidget* parent)
   column->setContentsMargins(padding, padding + titleHeight + spacing, padding, padding);
   column->setSpacing(spacing);
   column->addWidget(meter);
-  column->addWidget(caption);
+  column->addWidget(new TextLabel("Keep peaks below 0 dB", Theme::Text::caption, Theme::secondary));
   column->addLayout(knobRow({volume_}));
 }
 

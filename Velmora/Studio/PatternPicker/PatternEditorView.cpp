@@ -1,9 +1,10 @@
 #include "Velmora/Studio/PatternPicker/PatternEditorView.h"
 
 #include <QPainter>
+#include <QPushButton>
 #include <utility>
 
-#include "Velmora/Studio/PatternPicker/EditorPlaceholder.h"
+#include "Velmora/Studio/Parts/Placeholder.h"
 #include "Velmora/Theme/Theme.h"
 
 namespace velmora {
@@ -46,7 +47,7 @@ void PatternEditorView::refresh() {
 QWidget* PatternEditorView::make(const Content& content) {
   switch (content.kind) {
     case Content::Kind::audio:
-      return makeAudio(content.trackID);
+      return editors_.audio(content.trackID, this);
     case Content::Kind::stepGrid:
       return editors_.stepGrid(content.patternID, content.trackID, this);
     case Content::Kind::pianoRoll:
@@ -58,18 +59,10 @@ QWidget* PatternEditorView::make(const Content& content) {
 }
 
 QWidget* PatternEditorView::makePlaceholder() {
-  return new EditorPlaceholder(
-      {.text = "Choose an instrument track, or add drums to start a beat.", .button = "Add Drums"},
-      [this] { model_.addTrack(TrackKind::drums()); }, this);
-}
-
-QWidget* PatternEditorView::makeAudio(const UUID& trackID) {
-  if (editors_.audio) return editors_.audio(trackID, this);
-  return new EditorPlaceholder(
-      {.symbol = "waveform",
-       .title = "Add Some Audio",
-       .text = "Record a take or import an audio file. Your clip appears at the playhead."},
-      {}, this);
+  auto* const addDrums = new QPushButton("Add Drums");
+  connect(addDrums, &QAbstractButton::clicked, this, [this] { model_.addTrack(TrackKind::drums()); });
+  return new Placeholder({.text = "Choose an instrument track, or add drums to start a beat."}, addDrums,
+                         this);
 }
 
 void PatternEditorView::paintEvent(QPaintEvent*) {

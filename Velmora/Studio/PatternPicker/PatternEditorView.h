@@ -41,7 +41,6 @@ class PatternEditorView final : public QWidget {
   void refresh();
   QWidget* make(const Content& content);
   QWidget* makePlaceholder();
-  QWidget* makeAudio(const UUID& trackID);
 
   AppModel& model_;
   const PatternEditors editors_;

@@ -8,8 +8,7 @@ class QWidget;
 
 namespace velmora {
 
-/// Makes the editors that stand under the picker, each with fresh view state and owned by its parent. Without
-/// an audio editor an audio track shows what it is for.
+/// Makes the editors that stand under the picker, each with fresh view state and owned by its parent.
 struct PatternEditors {
   using Pattern = std::function<QWidget*(const UUID& patternID, const UUID& trackID, QWidget* parent)>;
 

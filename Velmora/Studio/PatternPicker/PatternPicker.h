@@ -6,9 +6,9 @@
 
 #include "Velmora/Model/AppModel.h"
 #include "Velmora/Model/ChangeListener.h"
-#include "Velmora/Studio/PatternPicker/CommandButton.h"
 #include "Velmora/Studio/PatternPicker/PickerButton.h"
 #include "Velmora/Studio/PatternPicker/RenamePatternSheet.h"
+#include "Velmora/Theme/CommandButton.h"
 #include "Velmora/Theme/IconButton.h"
 
 namespace velmora {

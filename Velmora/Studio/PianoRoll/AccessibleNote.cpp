@@ -32,16 +32,7 @@ const auto& actionRows() {
 
 }  // namespace
 
-const Note* AccessibleNote::note() const { return canvas_ ? canvas_->commands().note(noteID_) : nullptr; }
-
-QAccessibleInterface* AccessibleNote::parent() const {
-  return QAccessible::queryAccessibleInterface(canvas_);
-}
-
-QWindow* AccessibleNote::window() const {
-  const QAccessibleInterface* canvas = parent();
-  return canvas ? canvas->window() : nullptr;
-}
+const Note* AccessibleNote::note() const { return canvas() ? canvas()->commands().note(noteID_) : nullptr; }
 
 QString AccessibleNote::text(QAccessible::Text type) const {
   const Note* shown = note();
@@ -60,44 +51,34 @@ QString AccessibleNote::text(QAccessible::Text type) const {
   }
 }
 
-QRect AccessibleNote::rect() const {
+QRectF AccessibleNote::frame() const {
   const Note* shown = note();
-  if (!shown) return {};
-  const QRect frame = canvas_->roll().noteRect(*shown).toAlignedRect();
-  return {canvas_->mapToGlobal(frame.topLeft()), frame.size()};
+  return shown ? canvas()->roll().noteRect(*shown) : QRectF();
 }
 
 QAccessible::State AccessibleNote::state() const {
-  QAccessible::State state;
+  QAccessible::State state = AccessiblePart::state();
   const Note* shown = note();
   state.invalid = !shown;
   if (!shown) return state;
-  state.disabled = !canvas_->isEnabled();
-  state.invisible = !canvas_->isVisible() || !canvas_->roll().shows(shown->pitch);
-  state.offscreen = !canvas_->visibleRegion().intersects(canvas_->roll().noteRect(*shown).toAlignedRect());
+  state.invisible = state.invisible || !canvas()->roll().shows(shown->pitch);
+  state.offscreen = !canvas()->visibleRegion().intersects(canvas()->roll().noteRect(*shown).toAlignedRect());
   state.selectable = true;
-  state.selected = canvas_->commands().selectedNote() == shown;
-  state.focusable = true;
-  state.focused = canvas_->hasFocus() && canvas_->noteAtCursor() == shown;
+  state.selected = canvas()->commands().selectedNote() == shown;
+  state.focused = canvas()->hasFocus() && canvas()->noteAtCursor() == shown;
   return state;
-}
-
-void* AccessibleNote::interface_cast(QAccessible::InterfaceType type) {
-  if (type == QAccessible::ActionInterface) return static_cast<QAccessibleActionInterface*>(this);
-  if (type == QAccessible::ValueInterface) return static_cast<QAccessibleValueInterface*>(this);
-  return nullptr;
 }
 
 QStringList AccessibleNote::actionNames() const {
   QStringList names;
-  if (!note() || !canvas_->isEnabled()) return names;
+  if (!note() || !canvas()->isEnabled()) return names;
   for (const ActionRow& row : actionRows()) names << row.name;
   return names;
 }
 
 void AccessibleNote::doAction(const QString& name) {
   const auto* row = std::ranges::find(actionRows(), name, &ActionRow::name);
-  if (row != std::end(actionRows()) && actionNames().contains(name)) row->act(*canvas_, noteID_);
+  if (row != std::end(actionRows()) && actionNames().contains(name)) row->act(*canvas(), noteID_);
 }
 
 QVariant AccessibleNote::currentValue() const {
@@ -106,7 +87,7 @@ QVariant AccessibleNote::currentValue() const {
 }
 
 void AccessibleNote::setCurrentValue(const QVariant& value) {
-  if (note() && canvas_->isEnabled()) canvas_->commands().setVelocity(noteID_, value.toInt());
+  if (note() && canvas()->isEnabled()) canvas()->commands().setVelocity(noteID_, value.toInt());
 }
 
 }  // namespace velmora

@@ -9,11 +9,6 @@ namespace velmora {
 
 namespace {
 
-QAccessibleInterface* makeAccessible(const QString&, QObject* object) {
-  auto* canvas = dynamic_cast<PianoRollCanvasView*>(object);
-  return canvas ? new AccessiblePianoRoll(canvas) : nullptr;
-}
-
 void tell(QAccessible::Event what, QAccessibleInterface* child) {
   QAccessibleEvent event(child, what);
   QAccessible::updateAccessibility(&event);
@@ -24,9 +19,7 @@ void tell(QAccessible::Event what, QAccessibleInterface* child) {
 AccessiblePianoRoll::AccessiblePianoRoll(PianoRollCanvasView* canvas)
     : QAccessibleWidget(canvas, QAccessible::Grouping), toldCount_(childCount()) {}
 
-void AccessiblePianoRoll::install() {
-  [[maybe_unused]] static const bool isInstalled = (QAccessible::installFactory(makeAccessible), true);
-}
+void AccessiblePianoRoll::install() { installAccessible<PianoRollCanvasView, AccessiblePianoRoll>(); }
 
 AccessiblePianoRoll::~AccessiblePianoRoll() {
   for (const auto& [noteID, id] : children_) QAccessible::deleteAccessibleInterface(id);

@@ -6,9 +6,9 @@
 #include <QSignalBlocker>
 #include <QSlider>
 
+#include "Velmora/Studio/Parts/Stepper.h"
 #include "Velmora/Studio/PianoRoll/PianoRollGeometry.h"
 #include "Velmora/Studio/PianoRoll/PitchName.h"
-#include "Velmora/Studio/PianoRoll/Stepper.h"
 #include "Velmora/Theme/IconButton.h"
 #include "Velmora/Theme/Theme.h"
 
@@ -45,8 +45,8 @@ NoteInspector::NoteInspector(NoteCommands& commands, QWidget* parent)
 void NoteInspector::addPitch() {
   pitch_ = new Stepper(tr("Pitch"), {0, PianoRollGeometry::highestPitch}, this);
   pitch_->setObjectName("piano.pitch");
-  pitch_->setWidestText(pitchText(1));
-  pitch_->onChange = [this](int pitch) { edit({.pitch = pitch}); };
+  pitch_->reserveRoomFor(pitchText(1));
+  pitch_->onChange = [this](double pitch) { edit({.pitch = qRound(pitch)}); };
   row_->addWidget(pitch_);
 }
 

@@ -88,7 +88,17 @@ void PianoEditorView::refresh() {
   if (track && track->kind.isSynth()) toolbar_->showPreset(*track->kind.preset());
   if (track) keyboard_->setColor(Theme::color(track->color));
   toolbar_->setCanDelete(commands_.selectedNote());
+  refreshInspector();
+}
+
+/// When it appears, it takes height from the roll but leaves the note in view.
+void PianoEditorView::refreshInspector() {
+  const bool wasVisible = inspector_->isVisible();
   inspector_->refresh();
+  if (wasVisible || !inspector_->isVisible()) return;
+  layout()->activate();
+  const Note& note = *commands_.selectedNote();
+  if (canvas_->roll().shows(note.pitch)) canvas_->onReveal(canvas_->roll().noteRect(note));
 }
 
 void PianoEditorView::setOctave(int octave) {

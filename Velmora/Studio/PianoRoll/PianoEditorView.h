@@ -33,6 +33,7 @@ class PianoEditorView final : public QWidget {
   PianoToolbar* makeToolbar();
   PianoRollScrollArea* makeRoll();
   void refresh();
+  void refreshInspector();
   void setOctave(int octave);
   void addNote();
   void zoom(void (PianoRollZoom::*change)());

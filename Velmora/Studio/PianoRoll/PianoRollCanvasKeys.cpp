@@ -8,27 +8,10 @@
 
 namespace velmora {
 
-namespace {
-
-bool isByTab(const QFocusEvent& event) {
-  return event.reason() == Qt::TabFocusReason || event.reason() == Qt::BacktabFocusReason;
-}
-
-/// The window came to the front or a menu closed: how the focus once came here still holds.
-bool isComingBack(const QFocusEvent& event) {
-  return event.reason() == Qt::ActiveWindowFocusReason || event.reason() == Qt::PopupFocusReason;
-}
-
-}  // namespace
-
 // The focus
 
 void PianoRollCanvasView::focusInEvent(QFocusEvent* event) {
-  if (!isComingBack(*event)) {
-    setFocusIsByTab(isByTab(*event));
-    showsCursor_ = focusIsByTab_;
-    if (showsCursor_) onReveal(roll_.cellRect(cursor_));
-  }
+  if (lead_.focusCame(*event) && lead_.showsCursor()) onReveal(roll_.cellRect(cursor_));
   update();
   tellCursor();
 }
@@ -38,17 +21,12 @@ void PianoRollCanvasView::focusOutEvent(QFocusEvent*) {
   update();
 }
 
-void PianoRollCanvasView::setFocusIsByTab(bool isByTab) {
-  focusIsByTab_ = isByTab;
-  setProperty("keepsActivationKeys", isByTab && editsNotes_);
-}
-
 // The keys
 
 bool PianoRollCanvasView::claims(const QKeyEvent& event) const {
   if (gesture_) return event.key() == Qt::Key_Escape;
   const PianoRollKey* key = PianoRollKey::of(event);
-  return key && editsNotes_ && (key->act != PianoRollKey::Act::activate || focusIsByTab_);
+  return key && editsNotes_ && (key->act != PianoRollKey::Act::activate || lead_.cameByTab());
 }
 
 void PianoRollCanvasView::keyPressEvent(QKeyEvent* event) {
@@ -59,7 +37,7 @@ void PianoRollCanvasView::keyPressEvent(QKeyEvent* event) {
       &PianoRollCanvasView::activate};
   if (!claims(*event)) return event->ignore();
   if (gesture_) return cancelGesture();
-  showsCursor_ = true;
+  lead_.keyUsed();
   const PianoRollKey& key = *PianoRollKey::of(*event);
   (this->*acts.at(static_cast<std::size_t>(key.act)))(key);
 }

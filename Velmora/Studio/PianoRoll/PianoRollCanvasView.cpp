@@ -82,7 +82,7 @@ void PianoRollCanvasView::setEditsNotes(bool editsNotes) {
   cancelGesture();
   editsNotes_ = editsNotes;
   setProperty("keepsEditingKeys", editsNotes);
-  setFocusIsByTab(focusIsByTab_);
+  lead_.setMayActivate(editsNotes);
   update();
 }
 
@@ -96,7 +96,7 @@ PianoRollScene PianoRollCanvasView::scene() const {
                        .selectedNoteID = commands_.model().selectedNoteID(),
                        .keysLeft = keysLeft()};
   if (gesture_ && gesture_->hasMoved) scene.drag = gesture_->noteDrag;
-  if (showsCursor_ && editsNotes_ && hasFocus()) scene.cursor = cursor_;
+  if (lead_.showsCursor() && editsNotes_ && hasFocus()) scene.cursor = cursor_;
   return scene;
 }
 
@@ -121,8 +121,7 @@ std::optional<NoteDrag> PianoRollCanvasView::noteDragAt(QPointF point) const {
 }
 
 void PianoRollCanvasView::mousePressEvent(QMouseEvent* event) {
-  showsCursor_ = false;
-  setFocusIsByTab(false);
+  lead_.mouseUsed();
   update();
   if (event->button() != Qt::LeftButton || gesture_) return cancelGesture();
   gesture_ = Gesture{event->position(), event->globalPosition(), noteDragAt(event->position())};

@@ -7,6 +7,7 @@
 #include <optional>
 
 #include "Velmora/Model/ChangeListener.h"
+#include "Velmora/Studio/Parts/KeyboardLead.h"
 #include "Velmora/Studio/PianoRoll/NoteCommands.h"
 #include "Velmora/Studio/PianoRoll/NoteDrag.h"
 #include "Velmora/Studio/PianoRoll/NoteStamps.h"
@@ -103,7 +104,6 @@ class PianoRollCanvasView final : public QWidget {
   void removeNote(const PianoRollKey& key);
   void activate(const PianoRollKey& key);
   void setCursorCell(const PianoRollCell& cell);
-  void setFocusIsByTab(bool isByTab);
 
   void tell(QAccessibleEvent&& event, const UUID& noteID);
   void tellCursor();
@@ -114,8 +114,7 @@ class PianoRollCanvasView final : public QWidget {
   PianoRollGeometry roll_;
   PianoRollCell cursor_;
   bool editsNotes_ = true;
-  bool showsCursor_ = false;
-  bool focusIsByTab_ = false;
+  KeyboardLead lead_{*this};
   std::optional<Gesture> gesture_;
   Shown shown_;
   NoteStamps stamps_;

@@ -1,10 +1,10 @@
 #pragma once
 
-#include <QToolButton>
 #include <QWidget>
 #include <functional>
 #include <vector>
 
+#include "Velmora/Theme/CommandButton.h"
 #include "VelmoraCore/Song/TrackKind.h"
 
 class QComboBox;
@@ -46,10 +46,12 @@ class PianoToolbar final : public QWidget {
 
   struct Button;
   void addPresets();
+  void speakPreset();
+  void choosePreset(int index);
   void addOctave();
   void addSwitch();
-  QToolButton* addButton(const Button& button);
-  int widthWith(Qt::ToolButtonStyle style);
+  CommandButton* addButton(const Button& button);
+  void setWordsShown(CommandButton::Label label);
   void measure();
   void fit();
 
@@ -57,9 +59,9 @@ class PianoToolbar final : public QWidget {
   QHBoxLayout* row_ = nullptr;
   QComboBox* presets_ = nullptr;
   Stepper* octave_ = nullptr;
-  QToolButton* keyboard_ = nullptr;
-  QToolButton* delete_ = nullptr;
-  std::vector<QToolButton*> worded_;
+  CommandButton* keyboard_ = nullptr;
+  CommandButton* delete_ = nullptr;
+  std::vector<CommandButton*> worded_;
   int wordsWidth_ = 0;
   int symbolsWidth_ = 0;
 };

@@ -41,10 +41,10 @@ QWidget* AboutView::makeAboutPage() {
   column->setContentsMargins(20, 20, 20, 20);
   column->setSpacing(8);
   column->addStretch(1);
-  for (QLabel* label :
-       {makeSymbol("waveform", Theme::accent, 48), makeLabel("Velmora by Orrin", Theme::Text::title),
-        makeLabel(versionLine(), Theme::Text::caption, Theme::secondary),
-        makeLabel("Build beats, write melodies and record audio.", Theme::Text::body)}) {
+  column->addWidget(new SymbolLabel("waveform", Theme::accent, 48));
+  for (QLabel* label : {makeLabel("Velmora by Orrin", Theme::Text::title),
+                        makeLabel(versionLine(), Theme::Text::caption, Theme::secondary),
+                        makeLabel("Build beats, write melodies and record audio.", Theme::Text::body)}) {
     label->setAlignment(Qt::AlignHCenter);
     column->addWidget(label);
   }

@@ -29,7 +29,8 @@ MainWindow::MainWindow(WindowGroup& group) : group_(group), actions_(makeActions
   setWindowTitle("Velmora by Orrin");
   setAttribute(Qt::WA_DeleteOnClose);
   setMenuBar(new MenuBar(group.model(), actions_));
-  auto* root = new RootView(group.model(), group.services().views, group.editorFraction(), actions_);
+  auto* root = new RootView(group.model(), group.services().views, group.editorFraction(), actions_,
+                            group.audioFileActions());
   root->onAppear = [this] { group_.contentAppeared(); };
   root->isInFront = [this] { return group_.front() == this; };
   setCentralWidget(root);
@@ -43,7 +44,7 @@ WindowActions MainWindow::makeActions() {
   return {.newWindow = [this] { group_.open(); },
           .closeWindow = [this] { close(); },
           .quit = [this] { group_.quit(); },
-          .exportWAV = services.exportWAV ? services.exportWAV : [] {},
+          .exportWAV = [this] { group_.audioFileActions().exportWAV(); },
           .checkForUpdates = opening(services.checkForUpdates, "Updates", this),
           .showAccount = opening(services.showAccount, "Velmora Account", this),
           .showCommunity = opening(services.showCommunity, "Velmora Community", this),

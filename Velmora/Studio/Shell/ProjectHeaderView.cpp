@@ -104,7 +104,7 @@ void ProjectHeaderView::refresh() {
 /// The full form as long as all of it fits; only the name may be cut.
 ProjectHeaderView::Form ProjectHeaderView::fittingForm() const {
   const auto widthOf = [](const QWidget& widget) { return widget.sizeHint().width() + spacing; };
-  const int ends = projects_.wholeWidth() + spacing + widthOf(menuButton_) + 2 * edge;
+  const int ends = projects_.widthWith(ShellButton::Label::shown) + spacing + widthOf(menuButton_) + 2 * edge;
   const int name = std::min(name_.sizeHint().width(), longestName) + spacing;
   const int rest =
       showsWorkspacePicker_ ? pickerWidth + spacing : widthOf(status_) + widthOf(workspace_) + spacing;

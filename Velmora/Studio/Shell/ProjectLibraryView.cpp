@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "Velmora/Studio/Parts/Placeholder.h"
 #include "Velmora/Studio/Shell/ConfirmationSheet.h"
 
 namespace velmora {
@@ -14,19 +15,7 @@ QCoro::Task<> createAndDismiss(QPointer<AppModel> model) {
   if (model) model->showsProjects.set(false);
 }
 
-QWidget* makeEmptyState() {
-  auto* page = new QWidget;
-  auto* column = new QVBoxLayout(page);
-  column->addStretch(1);
-  for (QLabel* label :
-       {makeSymbol("folder", Theme::secondary, 40), makeLabel("No Projects", Theme::Text::title),
-        makeLabel("Create your first beat.", Theme::Text::body, Theme::secondary)}) {
-    label->setAlignment(Qt::AlignHCenter);
-    column->addWidget(label);
-  }
-  column->addStretch(1);
-  return page;
-}
+QWidget* makeEmptyState() { return new Placeholder({"folder", "No Projects", "Create your first beat."}); }
 
 }  // namespace
 

@@ -11,13 +11,14 @@
 namespace velmora {
 
 RootView::RootView(AppModel& model, const WorkspaceViews& views, EditorFraction& editorFraction,
-                   const WindowActions& actions, QWidget* parent)
+                   const WindowActions& actions, const AudioFileActions& audioFileActions, QWidget* parent)
     : QWidget(parent),
       model_(model),
       header_(model, actions),
       workspace_(model, views, editorFraction),
       transportBar_(model),
       tabs_(model),
+      audioProgress_(model, audioFileActions, *this),
       banner_(*this),
       errorListener_([this] { refreshBanner(); }, model.lastError),
       libraryListener_([this] { refreshLibrary(); }, model.showsProjects) {
@@ -48,6 +49,7 @@ void RootView::resizeEvent(QResizeEvent*) {
   transportBar_.setCompact(shown.isCompact);
   tabs_.setVisible(shown.showsTabs);
   layout()->activate();
+  audioProgress_.place(workspace_.geometry());
   banner_.place();
 }
 

@@ -6,6 +6,7 @@
 
 #include "Velmora/Model/AppModel.h"
 #include "Velmora/Model/ChangeListener.h"
+#include "Velmora/Studio/Shell/AudioProgressCard.h"
 #include "Velmora/Studio/Shell/ErrorBanner.h"
 #include "Velmora/Studio/Shell/ProjectHeaderView.h"
 #include "Velmora/Studio/Shell/ProjectLibraryView.h"
@@ -16,12 +17,12 @@
 namespace velmora {
 
 /// The content of a window: header, workspace, transport bar and, in narrow windows, tabs; the error banner
-/// over them and the project library as a sheet.
+/// and the progress of audio work over them and the project library as a sheet.
 class RootView : public QWidget {
  public:
   /// Everything given outlives the view.
   RootView(AppModel& model, const WorkspaceViews& views, EditorFraction& editorFraction,
-           const WindowActions& actions, QWidget* parent = nullptr);
+           const WindowActions& actions, const AudioFileActions& audioFileActions, QWidget* parent = nullptr);
 
   std::function<void()> onAppear;   ///< once, when the content is on the screen
   std::function<bool()> isInFront;  ///< whether sheets of the whole application are this window's to show
@@ -43,6 +44,7 @@ class RootView : public QWidget {
   WorkspaceView workspace_;
   TransportBar transportBar_;
   WorkspaceTabs tabs_;
+  AudioProgressCard audioProgress_;
   ErrorBanner banner_;
   QPointer<ProjectLibraryView> library_;
   ChangeListener errorListener_;

@@ -8,12 +8,6 @@ namespace {
 
 constexpr int toolbarHeight = 56;
 
-void setTextColor(QWidget& widget, const QColor& color) {
-  QPalette palette = widget.palette();
-  palette.setColor(QPalette::WindowText, color);
-  widget.setPalette(palette);
-}
-
 }  // namespace
 
 Sheet::Sheet(const QString& title, QWidget* parent) : QDialog(parent), heading_(title) {
@@ -56,19 +50,9 @@ void Sheet::paintEvent(QPaintEvent*) {
   painter.fillRect(0, toolbarHeight, width(), 1, Theme::line);
 }
 
-QLabel* makeSymbol(const QString& name, const QColor& color, double size) {
-  auto* label = new QLabel;
-  const QSize box(qRound(1.4 * size), qRound(1.4 * size));
-  label->setPixmap(Theme::symbolIcon(name, color, size).pixmap(box, label->devicePixelRatioF()));
-  return label;
-}
-
 QLabel* makeLabel(const QString& text, Theme::Text font, const QColor& color) {
-  auto* label = new QLabel(text);
-  label->setFont(Theme::font(font));
-  label->setTextFormat(Qt::PlainText);
+  auto* label = new TextLabel(text, font, color);
   label->setWordWrap(true);
-  setTextColor(*label, color);
   return label;
 }
 

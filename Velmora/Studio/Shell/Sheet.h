@@ -5,6 +5,7 @@
 #include <QLabel>
 
 #include "Velmora/Studio/Shell/ShellButton.h"
+#include "Velmora/Theme/TextLabel.h"
 
 namespace velmora {
 
@@ -33,8 +34,5 @@ class Sheet : public QDialog {
 
 /// A text of a sheet in one of the theme's fonts; long ones wrap.
 QLabel* makeLabel(const QString& text, Theme::Text font, const QColor& color = Theme::text);
-
-/// A symbol alone, to go with text of `size` logical pixels.
-QLabel* makeSymbol(const QString& name, const QColor& color, double size);
 
 }  // namespace velmora

@@ -1,52 +1,24 @@
 #pragma once
 
-#include "Velmora/Theme/PaintedButton.h"
-#include "Velmora/Theme/Theme.h"
+#include <utility>
+
+#include "Velmora/Theme/CommandButton.h"
 
 namespace velmora {
 
-/// A quiet button of symbol and text. A text that doesn't fit is elided.
-class ShellButton : public PaintedButton {
+/// A command of the header or of a sheet, whose ground is almost as high as what can be pressed.
+class ShellButton : public CommandButton {
  public:
-  enum class Fill { none, raised, accent, danger };
-  struct Look {
-    Fill fill = Fill::none;
-    Theme::Text font = Theme::Text::control;
-    QColor color = Theme::text;
-  };
-
-  /// `symbol` by the interface's names; empty for none.
-  ShellButton(const QString& text, QString symbol, const Look& look, QWidget* parent = nullptr);
-  explicit ShellButton(const QString& text, QString symbol = {}, QWidget* parent = nullptr);
-
-  /// The text is the accessible name, too.
-  void setContent(const QString& text, const QString& symbol = {});
-
-  /// A hidden text is still the name and the tip.
-  enum class Label { shown, hidden };
-  void setLabelShown(Label label);
-
-  /// With its text, shown or not.
-  int wholeWidth() const { return widthWith(text()); }
-
-  QSize sizeHint() const override;
-  QSize minimumSizeHint() const override;
-
- protected:
-  void paintEvent(QPaintEvent* event) override;
+  ShellButton(const QString& text, QString symbol, Look look, QWidget* parent = nullptr)
+      : CommandButton(text, std::move(symbol), high(look), parent) {}
+  explicit ShellButton(const QString& text, QString symbol = {}, QWidget* parent = nullptr)
+      : ShellButton(text, std::move(symbol), Look(), parent) {}
 
  private:
-  QString shownText() const { return label_ == Label::shown ? text() : QString(); }
-  int textWidth(const QString& text) const;
-  int contentWidth(int ofText) const;
-  int widthWith(const QString& text) const;
-  QColor fillColor() const;
-  QColor contentColor() const;
-  void paintContent(QPainter& painter) const;
-
-  QString symbol_;
-  const Look look_;
-  Label label_ = Label::shown;
+  static Look high(Look look) {
+    look.groundHeight = 40;
+    return look;
+  }
 };
 
 }  // namespace velmora

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QFileDialog>
 #include <QString>
 #include <functional>
 
@@ -18,7 +19,8 @@ struct WorkspaceViews {
 /// What the shell opens but doesn't hold, supplied by whoever composes the application.
 struct ShellServices {
   WorkspaceViews views;
-  std::function<void()> exportWAV;
+  /// For audio files. Without options the dialogs are the desktop's own where it has some, otherwise Qt's.
+  QFileDialog::Options fileDialogOptions;
   std::function<void()> contentAppeared;  ///< once for every window, when it is on the screen
 
   // The online services; for a missing one a page tells that it is still to come.

@@ -11,8 +11,14 @@ namespace velmora {
 WindowGroup::WindowGroup(AppModel& model, ShellServices services)
     : model_(model),
       services_(std::move(services)),
+      audioFileActions_(model, services_.fileDialogOptions, [this] { return front(); }),
       keyFilter_(model.isEditingText),
-      lifecycle_([this](bool mayTerminate) { reply(mayTerminate); }) {
+      lifecycle_([this](bool mayTerminate) { reply(mayTerminate); }),
+      busyListener_(
+          [this] {
+            if (isQuitAwaited_) quitSoon();
+          },
+          model.isProjectBusy, model.isAudioBusy) {
   QGuiApplication::setQuitOnLastWindowClosed(false);
   const auto commit = [this](QSessionManager& session) {
     if (!mayEndSession()) session.cancel();
@@ -62,6 +68,11 @@ bool WindowGroup::mayClose(MainWindow& window) {
 void WindowGroup::quit() {
   if (mayTerminate_) return;
   if (lifecycle_.applicationShouldTerminate() == ApplicationLifecycle::Answer::now) reply(true);
+}
+
+void WindowGroup::quitSoon() {
+  isQuitAwaited_ = model_.isProjectBusy() || model_.isAudioBusy();
+  if (!isQuitAwaited_) quit();
 }
 
 void WindowGroup::reply(bool mayTerminate) {

@@ -6,6 +6,8 @@
 
 #include "Velmora/Model/AppModel.h"
 #include "Velmora/Model/ApplicationLifecycle.h"
+#include "Velmora/Model/ChangeListener.h"
+#include "Velmora/Studio/Shell/AudioFileActions.h"
 #include "Velmora/Studio/Shell/EditorFraction.h"
 #include "Velmora/Studio/Shell/KeyFilter.h"
 #include "Velmora/Studio/Shell/MainWindow.h"
@@ -32,6 +34,10 @@ class WindowGroup : public QObject {
   /// Asks for the end of the process. Until it comes, or if it can't, everything stays.
   void quit();
 
+  /// Like `quit`, but waits for the audio or project operation under way instead of refusing: for a signal,
+  /// which nobody repeats.
+  void quitSoon();
+
   /// Like `quit`, but serves the event loop until the answer is there, without the user's input: the
   /// desktop's session doesn't take a later answer.
   bool mayEndSession();
@@ -39,6 +45,7 @@ class WindowGroup : public QObject {
   AppModel& model() { return model_; }
   const ShellServices& services() const { return services_; }
   EditorFraction& editorFraction() { return editorFraction_; }
+  AudioFileActions& audioFileActions() { return audioFileActions_; }
 
   /// The window that was active last; null without any.
   MainWindow* front() const { return windows_.empty() ? nullptr : windows_.back().data(); }
@@ -55,13 +62,16 @@ class WindowGroup : public QObject {
   AppModel& model_;
   const ShellServices services_;
   EditorFraction editorFraction_;
+  AudioFileActions audioFileActions_;
   KeyFilter keyFilter_;
   ApplicationLifecycle lifecycle_;
   std::vector<QPointer<MainWindow>> windows_;  // the one in front last
   std::vector<QPointer<MainWindow>> closed_;   // about to be deleted
   bool hasStarted_ = false;
   bool mayTerminate_ = false;
+  bool isQuitAwaited_ = false;
   QEventLoop* sessionWait_ = nullptr;
+  ChangeListener busyListener_;
 };
 
 }  // namespace velmora

@@ -17,6 +17,7 @@ WorkspaceTab::WorkspaceTab(const QString& text, QString symbol, QWidget* parent)
   setFont(Theme::font(Theme::Text::caption));
   setCheckable(true);
   setAutoExclusive(true);
+  Spoken::attachToggle(*this);
   setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
 }
 

@@ -2,16 +2,7 @@
 
 namespace velmora {
 
-bool AccessibleStep::isValid() const { return canvas_ && place_.column < canvas_->grid().stepCount; }
-
-QAccessibleInterface* AccessibleStep::parent() const {
-  return QAccessible::queryAccessibleInterface(canvas_);
-}
-
-QWindow* AccessibleStep::window() const {
-  const QAccessibleInterface* const canvas = parent();
-  return canvas ? canvas->window() : nullptr;
-}
+bool AccessibleStep::isValid() const { return canvas() && place_.column < canvas()->grid().stepCount; }
 
 QString AccessibleStep::text(QAccessible::Text type) const {
   if (!isValid()) return {};
@@ -31,33 +22,17 @@ QString AccessibleStep::text(QAccessible::Text type) const {
   }
 }
 
-QRect AccessibleStep::rect() const {
-  if (!isValid()) return {};
-  const QRect slot = canvas_->grid().slot(place_).toAlignedRect();
-  return {canvas_->mapToGlobal(slot.topLeft()), slot.size()};
-}
-
 QAccessible::State AccessibleStep::state() const {
-  QAccessible::State state;
-  state.invalid = !isValid();
+  QAccessible::State state = AccessiblePart::state();
   if (state.invalid) return state;
-  state.disabled = !canvas_->isEnabled();
-  state.invisible = !canvas_->isVisible();
-  state.focusable = true;
-  state.focused = canvas_->hasFocus() && canvas_->cursor() == place_;
+  state.focused = canvas()->hasFocus() && canvas()->cursor() == place_;
   state.checkable = true;
   state.checked = step().velocity.has_value();
   return state;
 }
 
-void* AccessibleStep::interface_cast(QAccessible::InterfaceType type) {
-  if (type == QAccessible::ActionInterface) return static_cast<QAccessibleActionInterface*>(this);
-  if (type == QAccessible::ValueInterface) return static_cast<QAccessibleValueInterface*>(this);
-  return nullptr;
-}
-
 QStringList AccessibleStep::actionNames() const {
-  if (!isValid() || !canvas_->isEnabled()) return {};
+  if (!isValid() || !canvas()->isEnabled()) return {};
   return {toggleAction(), increaseAction(), decreaseAction(), setFocusAction()};
 }
 
@@ -66,7 +41,7 @@ void AccessibleStep::doAction(const QString& name) {
   if (name == toggleAction()) return control().toggle();
   if (name == increaseAction()) return control().adjustVelocity(1);
   if (name == decreaseAction()) return control().adjustVelocity(-1);
-  canvas_->takeKeyboardFocus(place_);
+  canvas()->takeKeyboardFocus(place_);
 }
 
 QVariant AccessibleStep::currentValue() const { return isValid() ? step().velocity.value_or(0) : 0; }

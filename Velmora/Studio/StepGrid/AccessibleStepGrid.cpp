@@ -7,20 +7,13 @@
 namespace velmora {
 namespace {
 
-QAccessibleInterface* makeAccessible(const QString&, QObject* object) {
-  auto* const canvas = dynamic_cast<StepGridCanvas*>(object);
-  return canvas ? new AccessibleStepGrid(canvas) : nullptr;
-}
-
 StepPlace placeOf(const StepGridGeometry& grid, int index) {
   return {index / grid.stepCount, index % grid.stepCount};
 }
 
 }  // namespace
 
-void AccessibleStepGrid::install() {
-  [[maybe_unused]] static const bool isInstalled = (QAccessible::installFactory(makeAccessible), true);
-}
+void AccessibleStepGrid::install() { installAccessible<StepGridCanvas, AccessibleStepGrid>(); }
 
 AccessibleStepGrid::~AccessibleStepGrid() {
   for (const QAccessible::Id id : steps_) {
@@ -39,7 +32,7 @@ int AccessibleStepGrid::childCount() const { return StepGridGeometry::rowCount *
 QAccessibleInterface* AccessibleStepGrid::child(int index) const {
   if (index < 0 || index >= childCount()) return nullptr;
   const StepPlace place = placeOf(canvas().grid(), index);
-  QAccessible::Id& id = steps_[static_cast<std::size_t>(place.row * StepPages::stepsPerPage + place.column)];
+  QAccessible::Id& id = steps_[StepGridGeometry::indexOnFullPage(place)];
   if (id == 0) id = QAccessible::registerAccessibleInterface(new AccessibleStep(&canvas(), place));
   return QAccessible::accessibleInterface(id);
 }

@@ -29,7 +29,7 @@ class AccessibleStepGrid final : public QAccessibleWidget {
   StepGridCanvas& canvas() const;
 
   // Made when first asked for and kept until the canvas goes: each stands for a place of a full page.
-  mutable std::array<QAccessible::Id, StepGridGeometry::rowCount * StepPages::stepsPerPage> steps_{};
+  mutable std::array<QAccessible::Id, StepGridGeometry::cellCount> steps_{};
 };
 
 }  // namespace velmora

@@ -32,10 +32,6 @@ StepGridCanvas::StepGridCanvas(QWidget* parent) : QWidget(parent) {
 
 // The page
 
-std::size_t StepGridCanvas::indexOf(StepPlace place) {
-  return static_cast<std::size_t>(place.row * StepPages::stepsPerPage + place.column);
-}
-
 bool StepGridCanvas::isShown(StepPlace place) const {
   return place.row < StepGridGeometry::rowCount && place.column < grid().stepCount;
 }
@@ -96,7 +92,7 @@ void StepGridCanvas::beginPress(QPointF point) {
   press_->control.press(point);
   if (press_->control.mayBecomeDrag()) hold_.start();
   cursor_ = *place;
-  followKeyboard(false);
+  lead_.mouseUsed();
   update();
 }
 
@@ -213,24 +209,15 @@ void StepGridCanvas::showHelp(const QPoint& position, const QPoint& globalPositi
   QToolTip::showText(globalPosition, step(*place).help(), this, grid().slot(*place).toAlignedRect());
 }
 
-/// The application's key filter leaves Space and Return to the focus that the keyboard has led here.
-void StepGridCanvas::followKeyboard(bool isLeading) {
-  showsCursor_ = isLeading;
-  setProperty("keepsActivationKeys", isLeading);
-}
-
 void StepGridCanvas::takeKeyboardFocus(StepPlace place) {
   setFocus(Qt::TabFocusReason);
-  followKeyboard(true);
+  lead_.takeByTab();
   moveCursor(place);
 }
 
 void StepGridCanvas::focusInEvent(QFocusEvent* event) {
   QWidget::focusInEvent(event);
-  const Qt::FocusReason reason = event->reason();
-  if (reason != Qt::ActiveWindowFocusReason && reason != Qt::PopupFocusReason) {
-    followKeyboard(reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason);
-  }
+  lead_.focusCame(*event);
   update();
   tellCursor();
 }

@@ -7,6 +7,7 @@
 #include <functional>
 #include <optional>
 
+#include "Velmora/Studio/Parts/KeyboardLead.h"
 #include "Velmora/Studio/StepGrid/DrumStepControl.h"
 #include "Velmora/Studio/StepGrid/StepGridGeometry.h"
 #include "VelmoraCore/Song/Pattern.h"
@@ -79,11 +80,10 @@ class StepGridCanvas final : public QWidget {
     StepPlace place;
     DrumStepControl control;
   };
-  using Velocities =
-      std::array<std::optional<std::uint8_t>, StepGridGeometry::rowCount * StepPages::stepsPerPage>;
+  using Velocities = std::array<std::optional<std::uint8_t>, StepGridGeometry::cellCount>;
   struct KeyRow;
 
-  static std::size_t indexOf(StepPlace place);
+  static std::size_t indexOf(StepPlace place) { return StepGridGeometry::indexOnFullPage(place); }
   Velocities readVelocities() const;
   void showDifferences(const Velocities& before);
   bool isShown(StepPlace place) const;
@@ -112,7 +112,6 @@ class StepGridCanvas final : public QWidget {
   void paintDraggedVelocity(QPainter& painter) const;
   QRectF bubble() const;
 
-  void followKeyboard(bool isLeading);
   void showHelp(const QPoint& position, const QPoint& globalPosition);
   void tell(QAccessibleEvent&& event, StepPlace place);
   void tellCursor();
@@ -123,7 +122,7 @@ class StepGridCanvas final : public QWidget {
   StepGridPage page_;
   Velocities velocities_;  // of the page's cells
   StepPlace cursor_;
-  bool showsCursor_ = false;  // the keyboard leads, not the mouse
+  KeyboardLead lead_{*this};
   std::optional<Press> press_;
   std::optional<QPointF> panPoint_;  // of the finger that moves the page
   QTimer hold_;

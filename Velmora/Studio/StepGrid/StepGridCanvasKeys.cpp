@@ -51,7 +51,7 @@ void StepGridCanvas::moveCursor(StepPlace place) {
   if (grid().stepCount == 0) return;
   cursor_ = {std::clamp(place.row, 0, StepGridGeometry::rowCount - 1),
              std::clamp(place.column, 0, grid().stepCount - 1)};
-  showsCursor_ = true;
+  lead_.keyUsed();
   update();
   onReveal(grid().slot(cursor_).toAlignedRect());
   tellCursor();
@@ -94,13 +94,13 @@ bool StepGridCanvas::adjustVelocity(int steps) {
 
 /// Only while the focus came by Tab: otherwise these keys are the transport's.
 bool StepGridCanvas::activate(int) {
-  if (!property("keepsActivationKeys").toBool() || !isShown(cursor_)) return false;
+  if (!lead_.cameByTab() || !isShown(cursor_)) return false;
   control(cursor_).toggle();
   return true;
 }
 
 bool StepGridCanvas::clear(int) {
-  if (!showsCursor_ || !isShown(cursor_) || !step(cursor_).velocity) return false;
+  if (!lead_.showsCursor() || !isShown(cursor_) || !step(cursor_).velocity) return false;
   control(cursor_).toggle();
   return true;
 }

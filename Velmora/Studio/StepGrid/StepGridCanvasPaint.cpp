@@ -27,7 +27,7 @@ void StepGridCanvas::paintEvent(QPaintEvent* event) {
   StepCellPainter cells(painter, page_.color);
   paintCells(cells, event->rect());
   if (press_ && !draggedVelocity()) paintPress(painter);
-  if (showsCursor_ && hasFocus() && isShown(cursor_)) paintCursor(painter);
+  if (lead_.showsCursor() && hasFocus() && isShown(cursor_)) paintCursor(painter);
   if (draggedVelocity()) paintDraggedVelocity(painter);
 }
 

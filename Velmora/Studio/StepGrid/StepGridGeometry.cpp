@@ -37,8 +37,14 @@ std::optional<StepPlace> StepGridGeometry::placeAt(QPointF point) const {
 
 std::vector<StepPlace> StepGridGeometry::places() const {
   std::vector<StepPlace> places;
+  places.reserve(cellCount);
   for (int i = 0; i < rowCount * stepCount; ++i) places.push_back({i / stepCount, i % stepCount});
   return places;
+}
+
+std::size_t StepGridGeometry::indexOnFullPage(StepPlace place) {
+  const int index = place.row * StepPages::stepsPerPage + place.column;
+  return static_cast<std::size_t>(index);
 }
 
 QRectF StepGridGeometry::velocityBar(const QRectF& cell, int velocity) {

@@ -40,6 +40,7 @@ struct StepPages {
 struct StepGridGeometry {
   static constexpr double cellSize = 44;  ///< the height of every cell and the least width
   static constexpr int rowCount = static_cast<int>(stepSounds.size());
+  static constexpr std::size_t cellCount = stepSounds.size() * StepPages::stepsPerPage;  ///< of a full page
 
   int stepCount = 0;  ///< of this page
   double cellWidth = cellSize;
@@ -54,6 +55,7 @@ struct StepGridGeometry {
   QRectF column(int column) const;
   std::optional<StepPlace> placeAt(QPointF point) const;
   std::vector<StepPlace> places() const;  ///< all, row by row
+  static std::size_t indexOnFullPage(StepPlace place);
 
   /// The marks of a filled cell.
   static QRectF velocityBar(const QRectF& cell, int velocity);

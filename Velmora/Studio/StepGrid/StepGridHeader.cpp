@@ -23,6 +23,7 @@ StepGridHeader::StepGridHeader(QWidget* parent)
   previous_.setObjectName("steps.previousBar");
   bar_.setObjectName("steps.bar");
   next_.setObjectName("steps.nextBar");
+  bar_.setAlignment(Qt::AlignCenter);
   connect(&previous_, &QAbstractButton::clicked, this, [this] { onTurnPage(-1); });
   connect(&next_, &QAbstractButton::clicked, this, [this] { onTurnPage(1); });
 }

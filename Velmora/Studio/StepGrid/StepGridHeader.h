@@ -3,8 +3,8 @@
 #include <QWidget>
 #include <functional>
 
-#include "Velmora/Studio/StepGrid/StepGridLabel.h"
 #include "Velmora/Theme/IconButton.h"
+#include "Velmora/Theme/TextLabel.h"
 
 namespace velmora {
 
@@ -29,9 +29,9 @@ class StepGridHeader final : public QWidget {
 
   int pageCount_ = 1;
   IconButton previous_;
-  StepGridLabel bar_;
+  TextLabel bar_;
   IconButton next_;
-  StepGridLabel caption_;
+  TextLabel caption_;
 };
 
 }  // namespace velmora

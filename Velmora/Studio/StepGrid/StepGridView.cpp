@@ -38,6 +38,7 @@ StepGridView::StepGridView(AppModel& model, const UUID& patternID, QWidget* pare
   setFrameShape(QFrame::NoFrame);
   setFocusPolicy(Qt::NoFocus);
   viewport()->setBackgroundRole(QPalette::Window);
+  footer_.setAlignment(Qt::AlignCenter);
   columns_.setCellsLeft(cellsLeft);
   wire();
   refresh();

@@ -7,9 +7,9 @@
 #include "Velmora/Studio/StepGrid/StepColumnLabels.h"
 #include "Velmora/Studio/StepGrid/StepGridCanvas.h"
 #include "Velmora/Studio/StepGrid/StepGridHeader.h"
-#include "Velmora/Studio/StepGrid/StepGridLabel.h"
 #include "Velmora/Studio/StepGrid/StepPlayhead.h"
 #include "Velmora/Studio/StepGrid/StepRowLabels.h"
+#include "Velmora/Theme/TextLabel.h"
 
 namespace velmora {
 
@@ -49,7 +49,7 @@ class StepGridView final : public QAbstractScrollArea {
   StepColumnLabels columns_;
   StepRowLabels rows_;
   StepGridCanvas canvas_;
-  StepGridLabel footer_;
+  TextLabel footer_;
   StepPlayhead playhead_;
   ChangeListener listener_;
 };

@@ -83,12 +83,5 @@ TEST(ThemeTest, DimsTheIconOfADisabledControl) {
   EXPECT_NEAR(middle(QIcon::Disabled).alphaF(), Theme::disabledOpacity, 0.01);
 }
 
-TEST(ThemeTest, ShowsTrackColorsByTheirNames) {
-  EXPECT_EQ(Theme::color(TrackColor::blue), QColor("#3D8BFF"));
-  EXPECT_EQ(Theme::color(TrackColor::pink), QColor("#FF5CA8"));
-  EXPECT_EQ(Theme::color(TrackColor::yellow), QColor("#FFD43D"));
-  EXPECT_EQ(Theme::withOpacity(Theme::line, 0.5).alpha(), 18);
-}
-
 }  // namespace
 }  // namespace velmora

@@ -1,4 +1,5 @@
 #include <QAccessible>
+#include <QLabel>
 #include <QTest>
 #include <gtest/gtest.h>
 
@@ -7,6 +8,7 @@
 #include "Velmora/Studio/Mixer/MixerView.h"
 #include "Velmora/Studio/Parts/KnobWithCaption.h"
 #include "Velmora/Theme/ToggleChip.h"
+#include "tests/support/GoldenPicture.h"
 #include "tests/support/ModelBench.h"
 
 namespace velmora {
@@ -98,6 +100,28 @@ TEST_F(MixerViewTest, FollowsTheSong) {
   QCoreApplication::processEvents();
   EXPECT_TRUE(view_.strips().empty());
   EXPECT_TRUE(find<KnobWithCaption>("Master volume")->isVisible());
+}
+
+/// Knobs and chips at various places; neither words nor symbols.
+TEST_F(MixerViewTest, AStripLooksAsItDid) {
+  bench_.model->setTrackPan(drums().id, -0.5F);
+  bench_.model->setTrackEffect(&FXSettings::lowGainDB, drums().id, 9);
+  bench_.model->setTrackEffect(&FXSettings::reverbMix, drums().id, 0.7F);
+  bench_.model->toggleSolo(drums().id);
+  QCoreApplication::processEvents();
+  QWidget& strip = *view_.strips()[0];
+  std::vector<QRect> words{{10, 10, 130, 30}};
+  const auto cover = [&](const QWidget& part, const QRect& inside) {
+    words.push_back(inside.translated(part.mapTo(&strip, QPoint())));
+  };
+  for (const auto* part : strip.findChildren<QWidget*>()) {
+    if (dynamic_cast<const QLabel*>(part)) cover(*part, part->rect());
+    if (dynamic_cast<const ToggleChip*>(part)) cover(*part, {14, 14, 16, 16});
+    if (dynamic_cast<const KnobWithCaption*>(part)) cover(*part, {0, 40, part->width(), 14});
+    if (dynamic_cast<const MeterView*>(part))
+      cover(*part, part->rect().adjusted(part->width() - 54, 0, 0, 0));
+  }
+  EXPECT_TRUE(testing::isGolden(testing::pictureOf(strip, strip.rect(), words), "strip"));
 }
 
 TEST_F(MixerViewTest, MetersMoveWhileItPlaysAndFallSilentWhenMuted) {

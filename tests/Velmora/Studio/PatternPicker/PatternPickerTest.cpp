@@ -30,7 +30,11 @@ class PatternPickerTest : public ::testing::Test {
         return new QLabel(kind + QString::number(++made_), parent);
       };
     };
-    return {.stepGrid = make("grid "), .pianoRoll = make("roll ")};
+    return {.stepGrid = make("grid "),
+            .pianoRoll = make("roll "),
+            .audio = [make = make("audio ")](const UUID& trackID, QWidget* parent) {
+              return make({}, trackID, parent);
+            }};
   }
 
   PatternPicker& picker() { return view_.picker(); }
@@ -79,13 +83,12 @@ TEST_F(PatternPickerTest, ShowsTheEditorOfTheSelectedTrack) {
   model_.newPattern(uuid(2));
   EXPECT_EQ(shown(), "roll 3");
   choose(picker().tracks(), "Take");
-  EXPECT_EQ(shown(),
-            "|Add Some Audio|Record a take or import an audio file. Your clip appears at the playhead.|");
+  EXPECT_EQ(shown(), "audio 4");
   for (const std::uint8_t id : {1, 2, 3}) model_.deleteTrack(uuid(id));
   EXPECT_EQ(shown(), "Choose an instrument track, or add drums to start a beat.|");
   EXPECT_EQ(choose(picker().tracks()), "|Add Drums|");
   QTest::mouseClick(view_.editor()->findChild<QPushButton*>(), Qt::LeftButton);
-  EXPECT_EQ(shown(), "grid 4");
+  EXPECT_EQ(shown(), "grid 5");
   EXPECT_EQ(choose(picker().tracks(), "Add Drums"), "*Drums 1||Add Drums|");
   EXPECT_EQ(model_.song().tracks.size(), 2U);
 }

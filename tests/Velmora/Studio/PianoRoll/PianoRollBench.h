@@ -8,7 +8,6 @@
 #include "Velmora/Studio/PianoRoll/PianoEditorView.h"
 #include "Velmora/Studio/PianoRoll/PianoRollCanvasView.h"
 #include "Velmora/Studio/PianoRoll/PitchName.h"
-#include "Velmora/Studio/PianoRoll/Stepper.h"
 #include "tests/support/ModelBench.h"
 #include "tests/support/Songs.h"
 

@@ -2,6 +2,7 @@
 
 #include "Velmora/Studio/PianoRoll/PianoRollCanvasView.h"
 #include "tests/Velmora/Studio/PianoRoll/PianoRollBench.h"
+#include "tests/support/GoldenPicture.h"
 
 namespace velmora {
 namespace {
@@ -155,6 +156,24 @@ TEST_F(PianoRollCanvasViewTest, WheelAndPinchZoomAroundThePointer) {
   area().horizontalScrollBar()->setValue(0);
   wheel(area().viewport(), -120, Qt::ShiftModifier);
   EXPECT_EQ(area().horizontalScrollBar()->value(), 60);
+}
+
+/// Notes loud and soft, selected and not, over the end of the pattern's 8 beats; without names.
+TEST_F(PianoRollCanvasViewTest, LooksAsItDid) {
+  std::vector<QRect> names{QRect(0, 0, int(canvas_->roll().keyWidth), canvas_->height())};
+  model_->editMelodicPattern(patternID_, [](Pattern& pattern) {
+    for (std::uint8_t i = 0; i < 8; ++i)
+      pattern.notes.write().push_back(testing::note(static_cast<std::uint8_t>(52 + 2 * i), 0.5 * i,
+                                                    0.25 * (1 + i % 4),
+                                                    static_cast<std::uint8_t>(1 + 18 * i)));
+  });
+  model_->selectNote(pattern().notes[3].id);
+  settle();
+  for (const Note& note : pattern().notes) {
+    const QRect frame = canvas_->roll().noteRect(note).toRect();
+    names.emplace_back(frame.x() + 5, frame.y() + 3, 22, frame.height() - 6);
+  }
+  EXPECT_TRUE(testing::isGolden(testing::pictureOf(*canvas_, {0, 90, 720, 280}, names), "piano_roll"));
 }
 
 TEST_F(PianoRollCanvasViewTest, AScreenReaderReachesEveryNote) {

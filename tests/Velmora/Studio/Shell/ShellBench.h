@@ -81,6 +81,7 @@ class ShellBench : public ::testing::Test {
     };
     ShellServices services;
     services.views = {label("arrangement"), label("patternEditor"), label("mixer")};
+    services.fileDialogOptions = QFileDialog::DontUseNativeDialog;
     services.terminate = [this] { isTerminated_ = true; };
     return services;
   }

@@ -32,6 +32,13 @@ TEST_F(WindowGroupTest, StaysOpenWithTheReasonWhenTheWorkIsNotSafe) {
   EXPECT_TRUE(spinUntil([&] { return isTerminated_; }));
 }
 
+TEST_F(WindowGroupTest, ASignalWaitsForTheWorkUnderWay) {
+  model().createProject();
+  windows_->quitSoon();
+  EXPECT_TRUE(spinUntil([&] { return isTerminated_; }));
+  EXPECT_EQ(bench_.error(), "");
+}
+
 TEST_F(WindowGroupTest, AFurtherWindowJustCloses) {
   press(Qt::Key_N, Qt::ControlModifier | Qt::ShiftModifier);
   MainWindow* further = windows_->front();

@@ -5,6 +5,7 @@
 
 #include "Velmora/Studio/StepGrid/StepGridView.h"
 #include "tests/Velmora/Studio/StepGrid/StepGridBench.h"
+#include "tests/support/GoldenPicture.h"
 
 namespace velmora {
 namespace {
@@ -147,18 +148,16 @@ TEST_F(StepGridViewTest, APageIsABar) {
   QTest::keyClick(&view.canvas(), Qt::Key_Right);
 }
 
-TEST_F(StepGridViewTest, CellsShowWhatTheyAre) {
-  const QImage image = canvas().grab().toImage();
-  const auto color = [&](QPoint point) { return image.pixelColor(point); };
-  EXPECT_EQ(color(at(0, 1)), Theme::raised);
-  EXPECT_EQ(color(at(0, 4)), Theme::surface);
-  EXPECT_EQ(color(at(3, 2) - QPoint(0, 2)), Theme::ink);
-  const double mixed = 0.85 * Theme::color(TrackColor::blue).blue() + 0.15 * Theme::surface.blue();
-  EXPECT_NEAR(color(at(0, 0) + QPoint(10, 0)).blue(), mixed, 2);
-  const QRect cell = canvas().grid().cell({3, 2}).toRect();
-  const QPoint barEnd(cell.left() + 5 + (cell.width() - 10) * 72 / 127, cell.bottom() - 4);
-  EXPECT_EQ(color(barEnd - QPoint(3, 0)), Theme::ink);
-  EXPECT_NE(color(barEnd + QPoint(3, 0)), Theme::ink);
+/// Steps soft and loud, the cursor and the playhead.
+TEST_F(StepGridViewTest, LooksAsItDid) {
+  for (int step = 0; step < 16; ++step) {
+    model_.toggleDrumStep(uuid(11), DrumSound::perc, step);
+    model_.setDrumStepVelocity(uuid(11), DrumSound::perc, step, 1 + 8 * step);
+  }
+  model_.seek(5.25);
+  canvas().takeKeyboardFocus({2, 9});
+  ASSERT_TRUE(spinUntil([&] { return view_.playhead().x() > 0; }));
+  EXPECT_TRUE(testing::isGolden(testing::pictureOf(canvas(), canvas().rect()), "steps"));
 }
 
 }  // namespace

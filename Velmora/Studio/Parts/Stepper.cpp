@@ -1,8 +1,9 @@
-#include "Velmora/Studio/PianoRoll/Stepper.h"
+#include "Velmora/Studio/Parts/Stepper.h"
 
-#include <QFontMetrics>
+#include <QFontMetricsF>
 #include <QKeyEvent>
 #include <QPainter>
+#include <QtMath>
 #include <algorithm>
 
 #include "Velmora/Theme/IconButton.h"
@@ -33,14 +34,14 @@ Stepper::Stepper(const QString& label, Range range, QWidget* parent) : QWidget(p
   setProperty("keepsEditingKeys", true);
   setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
   setFont(Theme::font(Theme::Text::control));
-  lower_ = makeButton("minus", tr("Lower %1").arg(label), -1);
-  raise_ = makeButton("plus", tr("Raise %1").arg(label), 1);
+  lower_ = makeButton("minus", "Decrease " + label, -1);
+  raise_ = makeButton("plus", "Increase " + label, 1);
   Spoken::attach(*this, {.role = QAccessible::SpinBox,
                          .value = [this] { return text_; },
-                         .adjustment = Spoken::Adjustment{.value = [this] { return double(value_); },
-                                                          .set = [this](double value) { ask(qRound(value)); },
-                                                          .minimum = double(range.lowest),
-                                                          .maximum = double(range.highest)}});
+                         .adjustment = Spoken::Adjustment{.value = [this] { return value_; },
+                                                          .set = [this](double value) { ask(value); },
+                                                          .minimum = range.lowest,
+                                                          .maximum = range.highest}});
 }
 
 IconButton* Stepper::makeButton(const QString& symbol, const QString& label, int by) {
@@ -52,23 +53,26 @@ IconButton* Stepper::makeButton(const QString& symbol, const QString& label, int
   return button;
 }
 
-void Stepper::ask(int value) {
-  const int wanted = std::clamp(value, range_.lowest, range_.highest);
+void Stepper::ask(double value) {
+  const double wanted = std::clamp(value, range_.lowest, range_.highest);
   if (wanted != value_) onChange(wanted);
 }
 
-void Stepper::show(int value, const QString& text) {
+void Stepper::show(double value, const QString& text) {
   if (value == value_ && text == text_) return;
   value_ = value;
   text_ = text;
   lower_->setEnabled(value > range_.lowest);
   raise_->setEnabled(value < range_.highest);
+  reserveRoomFor(text);
   update();
   Spoken::tellValue(*this);
 }
 
-void Stepper::setWidestText(const QString& text) {
-  textWidth_ = fontMetrics().horizontalAdvance(text);
+void Stepper::reserveRoomFor(const QString& text) {
+  const int width = qCeil(QFontMetricsF(font()).horizontalAdvance(text));
+  if (width <= textWidth_) return;
+  textWidth_ = width;
   updateGeometry();
 }
 

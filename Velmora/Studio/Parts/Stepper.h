@@ -8,21 +8,22 @@ namespace velmora {
 
 class IconButton;
 
-/// A whole number in words between two buttons that lower and raise it; with the focus the arrow keys do so,
+/// A number in words between two buttons that lower and raise it by one; with the focus the arrow keys do so,
 /// too. It shows what its owner sets and never changes itself: `onChange` asks.
 class Stepper final : public QWidget {
  public:
   struct Range {
-    int lowest = 0;
-    int highest = 127;
+    double lowest = 0;
+    double highest = 127;
   };
   Stepper(const QString& label, Range range, QWidget* parent = nullptr);
 
-  std::function<void(int value)> onChange = [](int) {};
+  std::function<void(double value)> onChange = [](double) {};
 
-  void show(int value, const QString& text);
-  void setWidestText(const QString& text);  ///< of those that will be shown: it decides the width
-  int value() const { return value_; }
+  /// Grows with the text and stays so.
+  void show(double value, const QString& text);
+  void reserveRoomFor(const QString& text);  ///< for one that may be shown later
+  const QString& text() const { return text_; }
 
   QSize sizeHint() const override;
 
@@ -30,13 +31,15 @@ class Stepper final : public QWidget {
   void paintEvent(QPaintEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
+  void focusInEvent(QFocusEvent*) override { update(); }
+  void focusOutEvent(QFocusEvent*) override { update(); }
 
  private:
   IconButton* makeButton(const QString& symbol, const QString& label, int by);
-  void ask(int value);
+  void ask(double value);
 
   const Range range_;
-  int value_ = 0;
+  double value_ = 0;
   int textWidth_ = 0;
   QString text_;
   IconButton* lower_ = nullptr;
