@@ -9,6 +9,7 @@ check_packages=(
   libgtest-dev libgmock-dev librapidcheck-dev libbenchmark-dev
   clang clang-format clang-tidy libclang-rt-14-dev python3 strace sox ccache
   pulseaudio pulseaudio-utils xvfb xdotool imagemagick dbus at-spi2-core python3-gi gir1.2-atspi-2.0 python3-numpy
+  desktop-file-utils appstream dpkg-dev
 )
 
 # Installs those of the named packages that are missing; silent when there are none.
