@@ -1,3 +1,4 @@
+#include <bit>
 #include <cstdint>
 #include <functional>
 #include <gtest/gtest.h>
@@ -12,6 +13,7 @@
 #include "VelmoraCore/DSP/OnePole.h"
 #include "VelmoraCore/DSP/Oscillator.h"
 #include "VelmoraCore/DSP/SmoothedValue.h"
+#include "VelmoraCore/DSP/WaveformShapes.h"
 #include "tests/support/StepRow.h"
 
 namespace velmora {
@@ -84,23 +86,6 @@ TEST(ADSRTest, EdgesOfItsStages) {
   EXPECT_EQ(wild.sustainLevel(), 0);
 }
 
-TEST(ADSRTest, EachSegmentTakesItsTime) {
-  for (const float rate : {44100.0F, 48000.0F, 96000.0F}) {
-    ADSR envelope(0.1F, 0.2F, 0.5F, 0.3F, rate);
-    const auto stepsIn = [&envelope](ADSR::Stage stage) {
-      int steps = 0;
-      while (envelope.stage() == stage && steps < 1000000) envelope.next(), ++steps;
-      return static_cast<float>(steps);
-    };
-    envelope.noteOn();
-    EXPECT_NEAR(stepsIn(ADSR::Stage::attack) / rate, 0.1F, 0.001F);
-    // The fall is aimed at 0.0001 below its end from a height of 1: less height, less time.
-    EXPECT_NEAR(stepsIn(ADSR::Stage::decay) / rate, 0.2F * 8.517F / 9.21F, 0.002F);
-    envelope.noteOff();
-    EXPECT_NEAR(stepsIn(ADSR::Stage::release) / rate, 0.3F * 8.517F / 9.21F, 0.002F);
-  }
-}
-
 TEST(BiquadTest, BadArgumentsAreClamped) {
   const auto lowPass = [](float cutoff, float q, float rate) {
     Biquad filter;
@@ -128,22 +113,15 @@ TEST(OscillatorTest, FrequenciesAndPhasesAreClamped) {
   EXPECT_FALSE(waveform("Saw"));
 }
 
-TEST(NoiseSourceTest, SeedZeroIsTheStandardSeed) {
-  NoiseSource a(0), b(625341585);
-  for (int i = 0; i < 100; ++i) ASSERT_EQ(a.next(), b.nextSample());
-}
-
 TEST(OnePoleTest, SplitsASignalIntoTwo) {
-  OnePole low, high;
+  OnePole low, high, fresh;
   low.setLowPass(500, 48000);
   high.setHighPass(500, 48000);
   NoiseSource noise(3);
-  float x = 0;
   for (int i = 0; i < 2000; ++i) {
-    x = noise.next();
+    const float x = noise.next();
     ASSERT_NEAR(low.process(x) + high.process(x), x, 1e-6F);
   }
-  OnePole fresh;
   EXPECT_EQ(fresh.process(0.25F), 0.25F);
   fresh.setLowPass(-1, 48000);
   EXPECT_EQ(fresh.coefficient, 0);
@@ -161,6 +139,34 @@ TEST(SmoothedValueTest, ArrivesForGood) {
     EXPECT_EQ(value.current, target);
   }
 }
+
+#ifdef VELMORA_SANITIZED
+constexpr std::uint32_t stride = 1021;
+#else
+constexpr std::uint32_t stride = 13;
+#endif
+
+template <Waveform waveform>
+void expectPlainAwayFromSteps() {
+  for (const float d : {0.0F, 1e-5F, 1e-4F, 0.0101F, 0.2499F, 0.5F}) {
+    int nearCount = 0, count = 0, wrongCount = 0;
+    const auto check = [&](std::uint32_t bits) {
+      const float p = std::bit_cast<float>(bits);
+      const bool isNear = shapes::isNearStep<waveform>(p, d);
+      ++count;
+      nearCount += isNear;
+      wrongCount += !isNear && shapes::shape<waveform>(p, d) != shapes::plain<waveform>(p);
+    };
+    const auto first = std::bit_cast<std::uint32_t>(0x1p-6F), half = std::bit_cast<std::uint32_t>(0.5F);
+    for (auto bits = first; bits < std::bit_cast<std::uint32_t>(1.0F); bits += stride) check(bits);
+    for (auto bits = half - 100; bits < half + 100; ++bits) check(bits);  // where rounding decides for a side
+    EXPECT_EQ(wrongCount, 0) << d;
+    EXPECT_TRUE(d > 0.1F || nearCount < count / 8) << d << ": else nothing is saved";
+  }
+}
+
+TEST(WaveformShapesTest, ASawIsPlainAwayFromItsStep) { expectPlainAwayFromSteps<Waveform::saw>(); }
+TEST(WaveformShapesTest, ASquareIsPlainAwayFromItsSteps) { expectPlainAwayFromSteps<Waveform::square>(); }
 
 }  // namespace
 }  // namespace velmora

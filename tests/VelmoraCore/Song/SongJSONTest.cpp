@@ -1,7 +1,5 @@
-#include <bit>
 #include <cmath>
 #include <filesystem>
-#include <fstream>
 #include <functional>
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
@@ -11,6 +9,8 @@
 #include "VelmoraCore/Song/SongHash.h"
 #include "VelmoraCore/Song/SongJSON.h"
 #include "VelmoraCore/Song/SongValidation.h"
+#include "fuzz/SongFuzzCase.h"
+#include "tests/support/Files.h"
 #include "tests/support/Songs.h"
 
 namespace velmora::testing {
@@ -40,21 +40,16 @@ TEST(SongJSON, WritesSortedKeysAndShortNumbers) {
   Song song = sampleSong();
   song.name = "Tab\t\"🥁\" \xFF";
   song.bpm = 0.1 + 0.2;
-  song.tracks = {song.tracks[0], song.tracks[1]};
+  song.tracks = {song.tracks[1]};
   song.tracks.write()[0].pan = -0.0F;
   song.tracks.write()[0].fx.delayMix = 0.1F;
+  song.tracks.write()[0].selectedPatternID = uuid(12);
+  song.patterns = {song.patterns[1]};
   song.patterns.write()[0].notes = {{uuid(21), 36, 0, 1e-7, 127}};
-  song.patterns.write().pop_back();
-  song.clips.write().pop_back();
+  song.clips = {{uuid(31), uuid(2), ClipSource::pattern(uuid(12)), 0, 8}};
   song.audioAssets = {};
   song.loop.reset();
-  const std::filesystem::path golden = VELMORA_SONG_GOLDEN;
-  const std::string text = encodeSong(song);
-  std::ifstream expected(golden);
-  if (text == std::string(std::istreambuf_iterator<char>(expected), {})) return;
-  const auto actual = std::filesystem::path(golden).replace_extension(".actual");
-  std::ofstream(actual) << text;
-  FAIL() << "The text differs; if it is right, rename " << actual << " to " << golden.filename();
+  EXPECT_EQ(encodeSong(song), contentOf(VELMORA_SONG_GOLDEN));
 }
 
 RC_GTEST_PROP(SongJSON, readsBackWhatItWrote, ()) {
@@ -66,23 +61,12 @@ RC_GTEST_PROP(SongJSON, readsBackWhatItWrote, ()) {
   RC_ASSERT(hashValue(read) == hashValue(song));
 }
 
-RC_GTEST_PROP(SongJSON, roundsFloatsOnce, (std::uint32_t bits)) {
-  const float volume = std::bit_cast<float>(bits);
-  RC_PRE(std::isfinite(volume));
-  Song song = sampleSong();
-  song.masterVolume = volume;
-  RC_ASSERT(std::bit_cast<std::uint32_t>(decodeSong(encodeSong(song)).masterVolume) == bits);
-}
-
-// Just above the middle of two floats, though not as a double.
-TEST(SongJSON, DoesNotRoundFloatsTwice) {
+TEST(SongJSON, RoundsFloatsOnceInAnyLocale) {
+  // Just above the middle of two floats, though not as a double.
   const std::string text =
       replaced(minimal, "\"masterVolume\": 1", "\"masterVolume\": 1.00000005960464477539062500001");
   EXPECT_EQ(decodeSong(text).masterVolume, std::nextafter(1.0F, 2.0F));
-}
-
-// The parser writes decimals with the point of the C locale, a comma in some.
-TEST(SongJSON, ReadsFloatsInAnyLocale) {
+  // The parser writes decimals with the point of the C locale, a comma in some.
   float volume = 0;
   EXPECT_TRUE(read(Decimal{-0.8e-1, "-0,8e-1"}, volume));
   EXPECT_EQ(volume, -0.08F);
@@ -105,24 +89,24 @@ TEST(SongJSON, ReadsAMinimalDocument) {
 }
 
 TEST(SongJSON, IsTolerantWhereItMayBe) {
-  const std::string sample = encodeSong(sampleSong());
+  const std::string sample = encodeSong(sampleSong()), drums = "\"drums\": {}", pitch = "\"pitch\": 36";
   const std::string deep = std::string(100000, '[') + std::string(100000, ']');
-  const std::string lowerCase = replaced(sample, "00000000001F", "00000000001f");
-  const std::string equal[] = {
-      lowerCase,
-      replaced(sample, "\"pitch\": 36", "\"pitch\": 36.0"),
-      replaced(sample, "\"pitch\": 36", "\"pitch\": 0.36e2"),
-      replaced(sample, "\"frameCount\": 88200", "\"frameCount\": 8.82e4"),
-      replaced(sample, "\"drums\": {}", "\"drums\": {\"_0\": [1, {}]}"),
-      replaced(sample, "\"bpm\": 128", "\"bpm\": 1, \"bpm\": 128"),
-      replaced(sample, "\"drums\": {}", "\"drums\": {}, \"drums\": {}"),
-      replaced(sample, "\"notes\": [",
-               R"("notes": [{"pitch": 1, "startBeat": 0, "durationBeats": 1, "velocity": 1}], "notes": [)"),
-      replaced(sample, "\"loop\": {", "\"loop\": null, \"loop\": {"),
-      replaced(sample, "\"bpm\"", "\"extra\": {\"id\": [null, {\"id\": 1}]}, \"bpm\""),
-      replaced(sample, "\"pitch\": 36", "\"pitch\": 36, \"extra\": " + deep),
+  const std::pair<std::string, std::string> rows[] = {
+      {"00000000001F", "00000000001f"},
+      {pitch, "\"pitch\": 36.0"},
+      {pitch, "\"pitch\": 0.36e2"},
+      {"\"frameCount\": 88200", "\"frameCount\": 8.82e4"},
+      {drums, "\"drums\": {\"_0\": [1, {}]}"},
+      {"\"bpm\": 128", "\"bpm\": 1, \"bpm\": 128"},
+      {drums, drums + ", " + drums},
+      {"\"notes\": [",
+       R"("notes": [{"pitch": 1, "startBeat": 0, "durationBeats": 1, "velocity": 1}], "notes": [)"},
+      {"\"loop\": {", "\"loop\": null, \"loop\": {"},
+      {"\"bpm\"", "\"extra\": {\"id\": [null, {\"id\": 1}]}, \"bpm\""},
+      {pitch, pitch + ", \"extra\": " + deep},
   };
-  for (const std::string& text : equal) EXPECT_EQ(decodeSong(text), sampleSong()) << text.substr(0, 4000);
+  for (const auto& [from, to] : rows)
+    EXPECT_EQ(decodeSong(replaced(sample, from, to)), sampleSong()) << to.substr(0, 99);
 
   const Song cleared = decodeSong(replaced(sample, "\"masterVolume\"", "\"loop\": null, \"masterVolume\""));
   EXPECT_EQ(cleared.loop, std::nullopt);
@@ -142,59 +126,47 @@ TEST(SongJSON, GivesNotesWithoutAnIDFreshOnes) {
 }
 
 TEST(SongJSON, NamesWhatIsWrongAndWhere) {
-  const std::string sample = encodeSong(sampleSong());
-  struct Row {
-    std::string text;
-    std::string error;
+  const std::string sample = encodeSong(sampleSong()), drums = "\"drums\": {}", frames = "\"frameCount\": ";
+  const std::string velocity = "\"velocity\" in note 2 of pattern 1 must be an integer from 0 to 255.";
+  const std::string count = "\"frameCount\" in audio asset 1 must be an integer.";
+  const std::string noCase = "\"kind\" in track 1: Invalid number of keys found, expected one.";
+  const auto invalidAt = [](int line, int column) {
+    return "The document isn't valid JSON (line " + std::to_string(line) + ", column " +
+           std::to_string(column) + ").";
   };
-  const Row rows[] = {
-      {"", "The document isn't valid JSON (line 1, column 1)."},
+  const std::pair<std::string, std::string> texts[] = {
+      {"", invalidAt(1, 1)},
       {"null", "The song must be an object."},
       {"[]", "The song must be an object."},
-      {"{\n  \"bpm\": NaN}", "The document isn't valid JSON (line 2, column 10)."},
-      {minimal + "x", "The document isn't valid JSON (line 2, column 67)."},
-      {minimal + std::string(1, '\0'), "The document isn't valid JSON (line 2, column 67)."},
+      {std::string(100000, '['), "The song must be an object."},
+      {"{\n  \"bpm\": NaN}", invalidAt(2, 10)},
+      {minimal + "x", invalidAt(2, 67)},
+      {minimal + std::string(1, '\0'), invalidAt(2, 67)},
+      {replaced(minimal, "\"\"", "\"\xC3\""), invalidAt(1, 58)},
+      {replaced(minimal, "\"\"", R"("\ud800")"), invalidAt(1, 63)},
       {replaced(minimal, "120", "1e999"), "A number in the document is too large (line 1, column 71)."},
       {replaced(minimal, "\"bpm\": 120, ", ""), "\"bpm\" is missing in the song."},
-      {replaced(minimal, "\"masterVolume\": 1", "\"masterVolume\": 1e39"),
-       "\"masterVolume\" in the song must be a 32-bit number."},
       {replaced(minimal, "\"tracks\": []", "\"tracks\": {}"), "\"tracks\" in the song must be an array."},
       {replaced(minimal, "\"clips\": []", "\"clips\": [7]"), "Clip 1 must be an object."},
-      {replaced(sample, "\"velocity\": 72", "\"velocity\": 256"),
-       "\"velocity\" in note 2 of pattern 1 must be an integer from 0 to 255."},
-      {replaced(sample, "\"velocity\": 72", "\"velocity\": -1"),
-       "\"velocity\" in note 2 of pattern 1 must be an integer from 0 to 255."},
-      {replaced(sample, "\"frameCount\": 88200", "\"frameCount\": 9223372036854775808"),
-       "\"frameCount\" in audio asset 1 must be an integer."},
-      {replaced(sample, "\"frameCount\": 88200", "\"frameCount\": 0.5"),
-       "\"frameCount\" in audio asset 1 must be an integer."},
+      {replaced(minimal, ": 1}", ": 1e39}"), "\"masterVolume\" in the song must be a 32-bit number."},
+      {replaced(sample, "\"velocity\": 72", "\"velocity\": 256"), velocity},
+      {replaced(sample, "\"velocity\": 72", "\"velocity\": -1"), velocity},
+      {replaced(sample, frames + "88200", frames + "9223372036854775808"), count},
+      {replaced(sample, frames + "88200", frames + "0.5"), count},
       {replaced(sample, "\"delayMix\": 0", "\"x\": 0"), "\"delayMix\" is missing in \"fx\" in track 1."},
       {replaced(sample, "\"endBeat\": 8", "\"endBeat\": \"8\""), "\"endBeat\" in \"loop\" must be a number."},
       {replaced(sample, "\"blue\"", "\"mauve\""), "\"color\" in track 1 must be the name of a track color."},
       {replaced(sample, "\"bass\"", "\"Bass\""),
        "\"_0\" in \"synth\" in \"kind\" in track 2 must be the name of a synthesizer preset."},
-      {replaced(sample, "\"drums\": {}", "\"drums\": {}, \"audio\": {}"),
-       "\"kind\" in track 1: Invalid number of keys found, expected one."},
-      {replaced(sample, "\"drums\": {}", ""),
-       "\"kind\" in track 1: Invalid number of keys found, expected one."},
-      {replaced(sample, "\"drums\": {}", "\"drums\": {}, \"x\": 1"),
-       "\"kind\" in track 1: Invalid number of keys found, expected one."},
-      {replaced(sample, "\"drums\": {}", "\"bells\": {}"), "\"kind\" in track 1 holds an unknown case."},
+      {replaced(sample, drums, drums + ", \"audio\": {}"), noCase},
+      {replaced(sample, drums, drums + ", \"x\": 1"), noCase},
+      {replaced(sample, drums, ""), noCase},
+      {replaced(sample, drums, "\"bells\": {}"), "\"kind\" in track 1 holds an unknown case."},
       {replaced(sample, "00000000001F", "00000000001G"), "\"id\" in clip 1 must be a UUID."},
-      {replaced(minimal, "\"name\": \"\"", "\"name\": \"\xC3\""),
-       "The document isn't valid JSON (line 1, column 58)."},
-      {replaced(minimal, "\"name\": \"\"", R"("name": "\ud800")"),
-       "The document isn't valid JSON (line 1, column 63)."},
-      {std::string(100000, '['), "The song must be an object."},
   };
-  for (const Row& row : rows) EXPECT_EQ(errorOf(row.text), row.error) << row.text.substr(0, 200);
-}
-
-TEST(SongJSON, RefusesEveryTruncation) {
-  const std::string sample = encodeSong(sampleSong());
-  for (std::size_t length = 0; length < sample.size(); ++length) {
+  for (const auto& [text, error] : texts) EXPECT_EQ(errorOf(text), error) << text.substr(0, 200);
+  for (std::size_t length = 0; length < sample.size(); ++length)
     ASSERT_THAT(errorOf(std::string_view(sample).substr(0, length)), ::testing::EndsWith("."));
-  }
 }
 
 bool mayBeAbsent(const json::json_pointer& place) {
@@ -233,6 +205,21 @@ TEST(SongJSON, RefusesEveryMissingKeyAndWrongType) {
   };
   visit(json::json_pointer());
   EXPECT_GT(count, 400);
+}
+
+// A file's name tells how far its document comes.
+TEST(SongCorpus, EveryFileComesAsFarAsItsNameTells) {
+  int count = 0;
+  for (const auto& entry : std::filesystem::directory_iterator(VELMORA_SONG_CORPUS)) {
+    const std::string name = entry.path().filename().string();
+    const SongFuzzOutcome expected = name.starts_with("valid-")     ? SongFuzzOutcome::valid
+                                     : name.starts_with("invalid-") ? SongFuzzOutcome::invalid
+                                                                    : SongFuzzOutcome::undecodable;
+    EXPECT_EQ(songFuzzCase(contentOf(entry.path())), expected) << name;
+    EXPECT_LT(entry.file_size(), 4096U) << name;
+    ++count;
+  }
+  EXPECT_GE(count, 10);
 }
 
 }  // namespace
