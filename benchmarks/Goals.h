@@ -19,4 +19,10 @@ void measureDocument(Report& report);
 /// Commands of the application model.
 void measureModel(Report& report);
 
+/// What the views paint and how they follow a hand.
+void measureViews(Report& report);
+
+/// The overview of a long sound file, and drawing it.
+void measureWaveform(Report& report);
+
 }  // namespace velmora::benchmarks
