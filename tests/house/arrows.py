@@ -67,7 +67,7 @@ def faults(root):
                 if quote == "<":
                     is_allowed = kind(header) in kinds and not (kind(header) == "json" and path.suffix == ".h")
                 else:
-                    is_allowed = header.startswith((room + "/", *rooms))
+                    is_allowed = header.startswith((room + "/", *rooms)) or header == path.stem + ".moc"
                 if not is_allowed:
                     yield f"{name}:{number}: {room} may not include {header}"
                 if first.startswith("Velmora/Studio") and first != "Velmora/Studio/Shell" and quote == '"':

@@ -73,7 +73,9 @@ class Desktop(contextlib.ExitStack):
 
     def _start_screen(self, screen):
         read, write = os.pipe()
-        self.spawn("Xvfb", "-displayfd", str(write), "-screen", "0", screen, "-nolisten", "tcp", pass_fds=(write,))
+        # A server that resets after its last client would refuse the one that comes just then.
+        self.spawn("Xvfb", "-displayfd", str(write), "-screen", "0", screen, "-noreset", "-nolisten", "tcp",
+                   pass_fds=(write,))
         os.close(write)
         with os.fdopen(read) as pipe:
             self.environment["DISPLAY"] = ":" + pipe.readline().strip()
@@ -111,6 +113,10 @@ class Recording:
                                          "--channels=1", "--latency-msec=10", stdout=file)
         await_that(lambda: self.path.stat().st_size > 0, "the recorder runs")
 
+    def samples(self):
+        import numpy
+        return numpy.fromfile(self.path, dtype="<f4")
+
     def seconds(self):
         return self.path.stat().st_size / 4 / self.RATE
 
@@ -119,10 +125,9 @@ class Recording:
         await_that(lambda: self.seconds() - start >= seconds, f"{seconds} s of sound", seconds * 3 + 10)
 
     def finish(self):
-        import numpy
         self.process.send_signal(signal.SIGINT)
         self.process.wait()
-        return numpy.fromfile(self.path, dtype="<f4")
+        return self.samples()
 
 
 class Studio:
@@ -135,6 +140,8 @@ class Studio:
         self.focus()
 
     def _find_window(self):
+        if self.process.poll() is not None:
+            raise AssertionError(f"the studio ended with {self.process.returncode}: {self.process.stderr.read()}")
         search = ["xdotool", "search", "--onlyvisible", "--name", "^Velmora by Orrin$"]
         return subprocess.run(search, env=self.desktop.environment, capture_output=True, text=True).stdout
 
@@ -144,12 +151,29 @@ class Studio:
     def press(self, *keys):
         self.desktop.run("xdotool", "key", *keys)
 
+    def pointer(self, *commands):
+        """xdotool's commands of the pointer; a pair of numbers is a place to move to."""
+        words = [["mousemove", *map(str, each)] if isinstance(each, tuple) else [each] for each in commands]
+        self.desktop.run("xdotool", *sum(words, []))
+
+    def click(self, place):
+        self.pointer(place, "click", "1")
+
+    def drag(self, start, right, down):
+        x, y = start
+        self.pointer(start, "mousedown", "1", (x + right, y + down), "mouseup", "1")
+
     def resize(self, width, height):
         self.desktop.run("xdotool", "windowmove", self.window, "0", "0", "windowsize", "--sync", self.window, str(width),
                          str(height))
 
     def screenshot(self, path):
         self.desktop.run("import", "-window", self.window, str(path))
+
+    def pixels(self, left, top, width, height):
+        area = f"{width}x{height}+{left}+{top}"
+        return subprocess.run(["import", "-window", self.window, "-crop", area, "-depth", "8", "rgb:-"],
+                              env=self.desktop.environment, check=True, capture_output=True).stdout
 
     def quit(self, how=signal.SIGTERM, seconds=10):
         self.process.send_signal(how)

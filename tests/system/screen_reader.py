@@ -1,7 +1,7 @@
 """What a screen reader finds in the studio's windows, and can do there. Runs in the desktop's own environment.
 
-usage: screen_reader.py list                  every named element as JSON lines: role, name, value, actions
-       screen_reader.py act NAME ACTION       runs the action on the first element of the name
+usage: screen_reader.py list                  every visible element as a JSON line: role, name, value, box, actions
+       screen_reader.py act NAME ACTION       runs the action on the first visible element of the name that has it
        screen_reader.py set NAME VALUE        sets the element's number
 """
 
@@ -23,7 +23,7 @@ def elements(root):
     yield root
     for n in range(root.get_child_count()):
         child = root.get_child_at_index(n)
-        if child is not None:
+        if child is not None and child.get_state_set().contains(Atspi.StateType.VISIBLE):
             yield from elements(child)
 
 
@@ -40,30 +40,41 @@ def value(element):
     return Atspi.Value.get_current_value(number) if number else None
 
 
+def box(element):
+    """Left, top, width and height on the screen."""
+    component = element.get_component_iface()
+    place = component and Atspi.Component.get_extents(component, Atspi.CoordType.SCREEN)
+    return [place.x, place.y, place.width, place.height] if place else None
+
+
 def described(element):
     return {"role": element.get_role_name(), "name": element.get_name(), "description": element.get_description(),
-            "value": value(element), "actions": actions(element)}
+            "value": value(element), "box": box(element), "actions": actions(element)}
 
 
-def find(name):
+def find(name, can):
+    """The first visible element of the name for which `can` holds."""
     for application in applications():
         for element in elements(application):
-            if element.get_name() == name:
+            if element.get_name() == name and can(element):
                 return element
-    sys.exit(f"nothing is called {name!r}")
+    sys.exit(f"no {name!r} can do that")
 
 
-def main():
-    command, *arguments = sys.argv[1:]
-    if command == "list":
-        for application in applications():
-            for element in elements(application):
-                print(json.dumps(described(element)))
-    elif command == "act":
-        element = find(arguments[0])
-        Atspi.Action.do_action(element.get_action_iface(), actions(element).index(arguments[1]))
-    elif command == "set":
-        Atspi.Value.set_current_value(find(arguments[0]).get_value_iface(), float(arguments[1]))
+def act(name, action):
+    element = find(name, lambda element: action in actions(element))
+    Atspi.Action.do_action(element.get_action_iface(), actions(element).index(action))
 
 
-main()
+def set_number(name, number):
+    element = find(name, lambda element: element.get_value_iface())
+    Atspi.Value.set_current_value(element.get_value_iface(), float(number))
+
+
+def show_all():
+    for application in applications():
+        for element in elements(application):
+            print(json.dumps(described(element)))
+
+
+{"list": show_all, "act": act, "set": set_number}[sys.argv[1]](*sys.argv[2:])

@@ -1,7 +1,5 @@
 """The real program on a desktop of its own: it plays, saves, survives its sound server and quits in order."""
 
-import json
-import pathlib
 import signal
 import subprocess
 import sys
@@ -10,10 +8,9 @@ import unittest
 
 import numpy
 
-from desktop import Desktop, Recording, Studio, await_that
+from desktop import Recording, await_that
+from studio_case import PROGRAM, RENDER, StudioCase
 
-HERE = pathlib.Path(__file__).resolve().parent
-PROGRAM, RENDER = sys.argv[1:3]
 BEAT = 60 / 128  # seconds of the demo song
 
 
@@ -32,31 +29,7 @@ def best_shift(template, samples):
     return int(numpy.argmax(fits)), float(numpy.max(fits))
 
 
-class StudioTest(unittest.TestCase):
-    def setUp(self):
-        self.desktop = Desktop()
-        self.addCleanup(self.desktop.close)
-
-    def start(self):
-        return Studio(self.desktop, PROGRAM)
-
-    def read(self):
-        lines = self.desktop.run(sys.executable, str(HERE / "screen_reader.py"), "list").splitlines()
-        return {line["name"]: line for line in map(json.loads, lines)}
-
-    def act(self, name, action):
-        self.desktop.run(sys.executable, str(HERE / "screen_reader.py"), "act", name, action)
-
-    def await_name(self, name, seconds=20.0):
-        return await_that(lambda: self.read().get(name), name, seconds)
-
-    def song(self):
-        current = self.desktop.projects / "current.txt"
-        return json.loads((self.desktop.projects / current.read_text() / "song.json").read_text())
-
-    def await_song(self, condition, what):
-        return await_that(lambda: (self.desktop.projects / "current.txt").exists() and condition(self.song()), what)
-
+class StudioTest(StudioCase):
     def kick_errors(self, recording, beats):
         """How far, in seconds, each of the recorded kicks lies from where the first one says it belongs."""
         reference = self.desktop.folder / "reference.wav"
