@@ -13,6 +13,10 @@
 extern "C" const char* __lsan_default_suppressions();
 extern "C" const char* __lsan_default_suppressions() { return "leak:pa_xmalloc\n"; }
 
+// Its locks are invisible to the thread sanitizer, and so the order that they make.
+extern "C" const char* __tsan_default_suppressions();
+extern "C" const char* __tsan_default_suppressions() { return "race:libpulse\n"; }
+
 namespace platform {
 namespace {
 
