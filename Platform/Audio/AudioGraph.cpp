@@ -88,8 +88,8 @@ void AudioGraph::renderRound(StripList& list, Piece round, float* left, float* r
 
 void AudioGraph::sumPiece(StripList& list, Piece round, int number, float* left, float* right) noexcept {
   const Piece piece = pieceOf(round, number);
-  float* const leftSum = left + number * maximumFrames;
-  float* const rightSum = right + number * maximumFrames;
+  const auto start = static_cast<std::ptrdiff_t>(number) * maximumFrames;
+  float *const leftSum = left + start, *const rightSum = right + start;
   std::fill_n(leftSum, piece.frameCount, 0.0F);
   std::fill_n(rightSum, piece.frameCount, 0.0F);
   for (int strip = 0; strip < static_cast<int>(list.strips.size()); ++strip) {

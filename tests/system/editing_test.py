@@ -11,7 +11,8 @@ from desktop import Recording, await_that
 from studio_case import StudioCase
 
 PITCHES = {"Kick": 36, "Snare": 38, "Closed Hat": 42}
-BEAT = [("Kick", 1), ("Snare", 5), ("Kick", 9), ("Kick", 12), ("Snare", 13), ("Closed Hat", 3)]
+ACCENT, MISTAKE = ("Snare", 5), ("Kick", 12)
+BEAT = [("Kick", 1), ACCENT, ("Kick", 9), MISTAKE, ("Snare", 13), ("Closed Hat", 3)]
 KEYS_WIDTH, BEAT_WIDTH, ROW_HEIGHT, TOP_PITCH = 48, 160, 18, 71  # of the piano roll
 LANE_BEAT, LANE_HEIGHT, KNOB_SIDE = 48, 64, 38
 LOUD = 0.01  # a sample of a sound
@@ -49,16 +50,15 @@ def expected_song(found):
     beat, melody = (pattern["id"] for pattern in found["patterns"])
     flat = {"delayMix": 0, "highGainDB": 0, "lowGainDB": 0, "midGainDB": 0, "reverbMix": 0}
     track = {"isMuted": False, "isSoloed": False, "pan": 0}
-    hits = [note(PITCHES[sound], (step - 1) / 4, 120 if (sound, step) == ("Snare", 5) else 100)
-            for sound, step in BEAT if (sound, step) != ("Kick", 12)]
+    hits = [note(PITCHES[hit[0]], (hit[1] - 1) / 4, 120 if hit == ACCENT else 100) for hit in BEAT if hit != MISTAKE]
     tones = [note(71, 0), note(67, 1.5), note(67, 2, duration=0.75)]
     return {
         "id": found["id"], "name": "Untitled Beat", "bpm": 128, "masterVolume": 0.9, "audioAssets": [],
         "tracks": [
-            {**track, "id": drums, "name": "Drums 1", "kind": {"drums": {}}, "color": found["tracks"][0]["color"],
+            {**track, "id": drums, "name": "Drums 1", "kind": {"drums": {}}, "color": "blue",
              "selectedPatternID": beat, "volume": 0.8, "fx": {**flat, "lowGainDB": 12}},
-            {**track, "id": synth, "name": "Synth 1", "kind": {"synth": {"_0": "keys"}},
-             "color": found["tracks"][1]["color"], "selectedPatternID": melody, "volume": 0.3, "fx": flat}],
+            {**track, "id": synth, "name": "Synth 1", "kind": {"synth": {"_0": "keys"}}, "color": "orange",
+             "selectedPatternID": melody, "volume": 0.3, "fx": flat}],
         "patterns": [
             {"id": beat, "trackID": drums, "name": "Pattern 1", "lengthBeats": 4,
              "notes": with_ids(hits, found["patterns"][0]["notes"])},
@@ -94,21 +94,21 @@ class EditingTest(StudioCase):
 
     def make_beat(self):
         cells = self.settled(cell("Kick", 1))
-        for sound, step in BEAT:
-            self.studio.click(center(cells[cell(sound, step)]))
-        x, y = center(cells[cell("Snare", 5)])
+        for hit in BEAT:
+            self.studio.click(center(cells[cell(*hit)]))
+        x, y = center(cells[cell(*ACCENT)])
         self.studio.pointer((x, y))
         bubble = x - 15, y - 44, 30, 20  # over the pressed cell
         before = self.studio.pixels(*bubble)
         self.studio.pointer("mousedown", "1")
         await_that(lambda: self.studio.pixels(*bubble) != before, "the held cell shows its velocity")
         self.studio.pointer((x, y - 20), "mouseup", "1")
-        self.studio.click(center(cells[cell("Kick", 12)]))
+        self.studio.click(center(cells[cell(*MISTAKE)]))
 
     def make_melody(self):
         def at(pitch, beat):
             left, top = roll["box"][:2]
-            return left + KEYS_WIDTH + round(BEAT_WIDTH * beat), top + ROW_HEIGHT * (TOP_PITCH - pitch) + ROW_HEIGHT // 2
+            return left + KEYS_WIDTH + round(BEAT_WIDTH * beat), top + round(ROW_HEIGHT * (TOP_PITCH - pitch + 0.5))
         roll = self.settled("Piano roll")["Piano roll"]
         self.studio.click(at(71, 0.1))
         self.await_name("Note velocity")
@@ -124,7 +124,7 @@ class EditingTest(StudioCase):
 
         def at(lane, beat):
             left, top = lanes["box"][:2]
-            return left + round(LANE_BEAT * beat), top + LANE_HEIGHT * lane + LANE_HEIGHT // 2
+            return left + round(LANE_BEAT * beat), top + round(LANE_HEIGHT * (lane + 0.5))
         self.studio.click(at(0, 0.5))
         self.studio.click(at(1, 4.5))
         self.await_name("Clip on Synth 1, beat 5")
