@@ -1,14 +1,5 @@
 // What most of what draws includes, from libraries alone.
 #pragma once
-#include <algorithm>
-#include <cmath>
-#include <functional>
-#include <memory>
-#include <optional>
-#include <string>
-#include <utility>
-#include <vector>
-
 #include <QAbstractButton>
 #include <QAccessibleWidget>
 #include <QApplication>
@@ -20,3 +11,11 @@
 #include <QPointer>
 #include <QTimer>
 #include <QWidget>
+#include <algorithm>
+#include <cmath>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>

@@ -7,6 +7,8 @@
 #include <cstdint>
 #include <utility>
 
+#include "Velmora/Theme/Spoken.h"
+
 namespace velmora {
 
 namespace {
@@ -58,6 +60,7 @@ void ClipRow::addButton() {
   button->setObjectName("audio.clip");
   button->setCheckable(true);
   button->setAutoExclusive(true);
+  Spoken::attachToggle(*button);
   connect(button, &QAbstractButton::clicked, this, [this, index = buttons_.size()] {
     if (onSelect) onSelect(clips_[index].id);
   });
