@@ -47,7 +47,7 @@ set(without_test_paths -UQT_TESTCASE_BUILDDIR -UQT_TESTCASE_SOURCEDIR)
 
 # velmora_view_test(NAME LINKS...): a test program that drives views.
 function(velmora_view_test name)
-  velmora_test(${name} ${ARGN} TestSupport Qt6::Test)
+  velmora_test(${name} ${ARGN} ViewTestMain TestSupport Qt6::Test)
   target_compile_options(${name} PRIVATE ${without_test_paths})
   share_header(${name} StudioTests)
 endfunction()

@@ -62,16 +62,19 @@ std::unique_ptr<CubebStream> CubebInput::open() {
   return stream;
 }
 
-void CubebInput::stop() {
+bool CubebInput::stop() {
   timer_.stop();
   looking_ = {};
   if (stream_) thread_.run([stream = std::move(stream_)]() mutable { stream.reset(); });
-  if (!writer_) return;
+  if (!writer_) return true;
   feed_->end();
+  writer_->end();
+  const bool isWhole = !writer_->hasFailed();
   writer_.reset();
   if (const auto lost = static_cast<double>(lostFrames()); lost > 0)
     std::fprintf(stderr, "The recording lacks %.0f ms, which were lost on the way.\n",
                  std::ceil(1000 * lost / sampleRate));
+  return isWhole;
 }
 
 double CubebInput::currentTime() const {
@@ -99,8 +102,8 @@ bool CubebInput::isOnAnotherDevice(Clock::time_point now) {
 }
 
 void CubebInput::finish(bool isClean) {
-  stop();
-  tellFinished(isClean);
+  const bool isWhole = stop();
+  tellFinished(isClean && isWhole);
 }
 
 }  // namespace platform

@@ -35,7 +35,7 @@ class CubebInput final : public InputRecorder {
   /// Returns once the input flows, or could flow: a device that sleeps gets longer to wake up.
   void start(const std::filesystem::path& file, double longestSeconds) override;
   /// Tells on standard error of frames that were lost.
-  void stop() override;
+  bool stop() override;
   double currentTime() const override;
 
   /// How many frames the last recording lacks, because the server dropped them or the disk was too slow.

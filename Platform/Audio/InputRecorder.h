@@ -19,8 +19,8 @@ class InputRecorder {
   /// Records to a new file for at most `longestSeconds`. Throws `AccessDenied`, `DeviceError`, `FileError`.
   virtual void start(const std::filesystem::path& file, double longestSeconds) = 0;
 
-  /// Ends the recording; the file is whole once it returns.
-  virtual void stop() = 0;
+  /// Ends the recording; the file can be opened once it returns. False if the disk didn't take all of it.
+  virtual bool stop() = 0;
 
   /// Seconds recorded so far.
   virtual double currentTime() const = 0;

@@ -11,13 +11,13 @@ RecordingWriter::RecordingWriter(const std::filesystem::path& path, int sampleRa
                                  std::shared_ptr<InputFeed> feed)
     : file_(path, sampleRate), feed_(std::move(feed)), thread_([this] { run(); }) {}
 
-RecordingWriter::~RecordingWriter() {
+void RecordingWriter::end() {
   {
     const std::lock_guard lock(mutex_);
     isEnding_ = true;
   }
   changed_.notify_all();
-  thread_.join();
+  if (thread_.joinable()) thread_.join();
 }
 
 void RecordingWriter::run() noexcept {

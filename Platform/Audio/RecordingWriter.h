@@ -20,10 +20,12 @@ class RecordingWriter {
 
   /// Creates the file. Throws `FileError`.
   RecordingWriter(const std::filesystem::path& path, int sampleRate, std::shared_ptr<InputFeed> feed);
-  /// Writes what is still there.
-  ~RecordingWriter();
+  ~RecordingWriter() { end(); }
   RecordingWriter(const RecordingWriter&) = delete;
   RecordingWriter& operator=(const RecordingWriter&) = delete;
+
+  /// Writes what is still there, and then no more.
+  void end();
 
   /// Any thread. The disk is full or broken; the file is whole up to there and grows no more.
   bool hasFailed() const noexcept { return hasFailed_.load(std::memory_order_relaxed); }

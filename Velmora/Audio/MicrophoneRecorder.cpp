@@ -20,9 +20,7 @@ void MicrophoneRecorder::start(const std::filesystem::path& url) {
   }
 }
 
-void MicrophoneRecorder::stop() {
-  if (input_) input_->stop();
-}
+bool MicrophoneRecorder::stop() { return !input_ || input_->stop(); }
 
 double MicrophoneRecorder::currentTime() const { return input_ ? input_->currentTime() : 0; }
 

@@ -32,7 +32,8 @@ class MicrophoneRecorder {
 
   /// Throws `RecordingError` and the errors of the file.
   void start(const std::filesystem::path& url);
-  void stop();
+  /// False if the disk didn't take the whole take.
+  bool stop();
   double currentTime() const;
 
   /// Hears of takes that end by themselves: true for a clean end.

@@ -43,11 +43,11 @@ QCoro::Task<> AppModel::stopRecording(bool isClean) {
   isRecording.set(false);
   const RecordingContext take = *recordingContext();
   recordingContext.set({});
-  recorder_.stop();
+  const bool isWhole = recorder_.stop();
   pause();
   transport_.setLoop(song().loop);
   pendingTake.set(take);
-  if (isClean) {
+  if (isClean && isWhole) {
     auto saving = saveTake();
     co_await saving;
   } else {

@@ -16,7 +16,10 @@ class HandFedInput final : public platform::InputRecorder {
     if (onStart) onStart();
     file = path;
   }
-  void stop() override { ++stops; }
+  bool stop() override {
+    ++stops;
+    return isWhole;
+  }
   double currentTime() const override { return 0; }
 
   void end(bool isClean) const { tellFinished(isClean); }
@@ -24,6 +27,7 @@ class HandFedInput final : public platform::InputRecorder {
   std::function<void()> onStart;  ///< may throw
   std::filesystem::path file;     ///< of the last take
   int stops = 0;
+  bool isWhole = true;  ///< what a stop answers
 };
 
 }  // namespace velmora::testing

@@ -1,14 +1,12 @@
 #include "Velmora/Studio/Arrangement/FileDrop.h"
 
 #include <QDropEvent>
-#include <QFile>
-#include <QMimeData>
-#include <QUrl>
 #include <algorithm>
 #include <cmath>
 #include <utility>
 
 #include "Velmora/Studio/Arrangement/ArrangementGeometry.h"
+#include "Velmora/Studio/Parts/FileDropEvents.h"
 #include "Velmora/Theme/Theme.h"
 
 namespace velmora {
@@ -16,18 +14,6 @@ namespace velmora {
 namespace {
 
 using Geometry = ArrangementGeometry;
-
-/// The one file of this machine that is held; empty for anything else.
-std::optional<std::filesystem::path> heldFile(const QDropEvent& event) {
-  const QList<QUrl> urls = event.mimeData()->urls();
-  if (urls.size() != 1 || !urls.front().isLocalFile()) return {};
-  return QFile::encodeName(urls.front().toLocalFile()).toStdString();
-}
-
-void accept(QDropEvent& event) {
-  event.setDropAction(Qt::CopyAction);
-  event.accept();
-}
 
 }  // namespace
 
@@ -64,11 +50,6 @@ AppModel::ImportTarget FileDrop::targetAt(const QPointF& inView) {
   return target;
 }
 
-bool FileDrop::accepts(const QDropEvent& event) const {
-  const bool isBusy = model_.isAudioBusy() || model_.isRecording() || model_.isProjectBusy();
-  return !isBusy && heldFile(event);
-}
-
 void FileDrop::hold(QDropEvent& event) {
   const auto place = placeAt(event.position());
   mark_.setVisible(place.has_value());
@@ -77,14 +58,14 @@ void FileDrop::hold(QDropEvent& event) {
     const QRectF frame = Geometry::clipFrame(place->beat, 1, place->row, pointsPerBeat);
     mark_.setGeometry(frame.translated(-state_.viewport().scrollOffset).toRect());
   }
-  accept(event);
+  acceptAsCopy(event);
 }
 
-void FileDrop::drop(QDropEvent& event) {
+void FileDrop::drop(QDropEvent& event, std::filesystem::path file) {
   mark_.hide();
   AppModel::ImportTarget target = targetAt(event.position());
-  model_.importAudio(*heldFile(event), std::move(target));
-  accept(event);
+  model_.importAudio(std::move(file), std::move(target));
+  acceptAsCopy(event);
 }
 
 bool FileDrop::eventFilter(QObject* watched, QEvent* event) {
@@ -93,10 +74,11 @@ bool FileDrop::eventFilter(QObject* watched, QEvent* event) {
     case QEvent::DragMove:
     case QEvent::Drop: {
       auto& held = *static_cast<QDropEvent*>(event);
-      if (!accepts(held)) {
+      auto file = importableFile(model_, held);
+      if (!file) {
         event->ignore();
       } else if (event->type() == QEvent::Drop) {
-        drop(held);
+        drop(held, std::move(*file));
       } else {
         hold(held);
       }

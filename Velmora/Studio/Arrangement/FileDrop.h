@@ -30,9 +30,8 @@ class FileDrop final : public QObject {
   };
   std::optional<Place> placeAt(const QPointF& inView);
   AppModel::ImportTarget targetAt(const QPointF& inView);
-  bool accepts(const QDropEvent& event) const;
   void hold(QDropEvent& event);
-  void drop(QDropEvent& event);
+  void drop(QDropEvent& event, std::filesystem::path file);
 
   AppModel& model_;
   ArrangementState& state_;

@@ -1,16 +1,13 @@
 #include "Velmora/Studio/AudioEditor/AudioEditorView.h"
 
 #include <QDropEvent>
-#include <QFile>
-#include <QMimeData>
 #include <QPainter>
-#include <QUrl>
 #include <QVBoxLayout>
 #include <algorithm>
-#include <filesystem>
 #include <optional>
 #include <utility>
 
+#include "Velmora/Studio/Parts/FileDropEvents.h"
 #include "Velmora/Theme/Paint.h"
 #include "Velmora/Theme/Theme.h"
 
@@ -41,13 +38,6 @@ class DropFrame final : public QWidget {
                Theme::accent);
   }
 };
-
-/// The one file of this machine that is held; empty for anything else.
-std::optional<std::filesystem::path> heldFile(const QMimeData& data) {
-  const QList<QUrl> urls = data.urls();
-  if (urls.size() != 1 || !urls.front().isLocalFile()) return {};
-  return QFile::encodeName(urls.front().toLocalFile()).toStdString();
-}
 
 QString titleOf(const AudioAsset* asset) {
   const QString name = asset ? QString::fromStdString(asset->name.value_or("")) : QString();
@@ -161,30 +151,24 @@ void AudioEditorView::resizeEvent(QResizeEvent* event) {
 // Files
 
 void AudioEditorView::dragEnterEvent(QDragEnterEvent* event) {
-  const bool isBusy = model_.isAudioBusy() || model_.isRecording() || model_.isProjectBusy();
-  if (isBusy || !heldFile(*event->mimeData())) return event->ignore();
-  event->setDropAction(Qt::CopyAction);
-  event->accept();
+  if (!importableFile(model_, *event)) return event->ignore();
+  acceptAsCopy(*event);
   dropFrame_->show();
   dropFrame_->raise();
 }
 
-void AudioEditorView::dragMoveEvent(QDragMoveEvent* event) {
-  event->setDropAction(Qt::CopyAction);
-  event->accept();
-}
+void AudioEditorView::dragMoveEvent(QDragMoveEvent* event) { acceptAsCopy(*event); }
 
 void AudioEditorView::dragLeaveEvent(QDragLeaveEvent*) { dropFrame_->hide(); }
 
 /// There are no beats here to drop on: the clip starts at the playhead.
 void AudioEditorView::dropEvent(QDropEvent* event) {
   dropFrame_->hide();
-  const auto file = heldFile(*event->mimeData());
+  auto file = importableFile(model_, *event);
   if (!file) return event->ignore();
-  event->setDropAction(Qt::CopyAction);
-  event->accept();
+  acceptAsCopy(*event);
   AppModel::ImportTarget target{.trackID = trackID_, .beat = {}, .name = {}};
-  model_.importAudio(*file, std::move(target));
+  model_.importAudio(std::move(*file), std::move(target));
 }
 
 }  // namespace velmora

@@ -159,6 +159,15 @@ TEST_F(TakeTest, EndsByItselfAfterTheLongestTimeAndLeavesNothingWhenItCannotBegi
   EXPECT_EQ(filesLeft(), 0U);
 }
 
+TEST_F(TakeTest, TellsWhenTheDiskDidNotTakeTheEnd) {
+  record();
+  bench_.microphone->isWhole = false;
+  model().stopRecording(true);
+  EXPECT_EQ(bench_.error(),
+            "The microphone stopped unexpectedly. The take is kept so you can try saving it.");
+  EXPECT_TRUE(model().pendingTake());
+}
+
 TEST_F(TakeTest, KeepsTheComputerAwakeDuringATakeAndAnExport) {
   auto input = std::make_unique<testing::HandFedInput>();
   std::vector<std::string> reasons;

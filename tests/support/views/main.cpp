@@ -1,3 +1,5 @@
+// The program round every test of views: no screen, no settings but its own, one language.
+
 #include <QApplication>
 #include <QTemporaryDir>
 #include <gmock/gmock.h>
