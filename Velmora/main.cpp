@@ -10,7 +10,6 @@
 
 #include "Platform/Audio/CubebInput.h"
 #include "Platform/Audio/CubebOutput.h"
-#include "Platform/Files/Files.h"
 #include "Platform/Services/FirstInstance.h"
 #include "Platform/Services/MediaPlayerService.h"
 #include "Platform/Services/SleepInhibitor.h"
@@ -59,10 +58,8 @@ PatternEditors patternEditors(AppModel& model) {
               [&model](const UUID& patternID, const UUID& trackID, QWidget* parent) {
                 return new PianoEditorView(model, patternID, trackID, parent);
               },
-          .audio =
-              [&model](const UUID& trackID, QWidget* parent) {
-                return new AudioEditorView(model, trackID, platform::copyFile, parent);
-              }};
+          .audio = [&model](const UUID& trackID,
+                            QWidget* parent) { return new AudioEditorView(model, trackID, parent); }};
 }
 
 ShellServices services(AppModel& model) {

@@ -163,8 +163,9 @@ class AppModel final : public QObject {
   QCoro::Task<> saveTake();
   void discardPendingTake();
   QCoro::Task<> exportWAV();
-  /// Copies an exported file to its place, where it appears whole or not at all; tells whether it is there.
-  QCoro::Task<bool> saveExport(std::filesystem::path rendered, std::filesystem::path target);
+  /// Copies an exported file or a take to where the user wants it; it appears whole or not at all. Tells
+  /// whether it is there; a failure is reported after `prefix`.
+  QCoro::Task<bool> saveCopy(std::filesystem::path source, std::filesystem::path target, std::string prefix);
 
   // Projects. The tasks run whether they are awaited or not; only those that say so throw.
   QCoro::Task<> loadInitialProject();

@@ -77,16 +77,17 @@ void AppModel::exportEnded(const std::filesystem::path& url, const std::exceptio
   }
 }
 
-/// The rendered file stays: a copy that failed can be tried again elsewhere.
-QCoro::Task<bool> AppModel::saveExport(std::filesystem::path rendered, std::filesystem::path target) {
+/// The source stays: a copy that failed can be tried again elsewhere.
+QCoro::Task<bool> AppModel::saveCopy(std::filesystem::path source, std::filesystem::path target,
+                                     std::string prefix) {
   const QPointer<AppModel> self(this);
   try {
-    auto copy = [rendered, target] { platform::copyFile(rendered, target); };
+    auto copy = [source, target] { platform::copyFile(source, target); };
     auto copying = copyWorker_->run(std::move(copy));
     co_await copying;
     co_return true;
   } catch (const std::exception& error) {
-    if (self) reportFailure("Export failed: ", error);
+    if (self) reportFailure(prefix, error);
   }
   co_return false;
 }

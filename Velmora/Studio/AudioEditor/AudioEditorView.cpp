@@ -52,12 +52,11 @@ QString lengthOf(const AudioAsset* asset) {
 
 }  // namespace
 
-AudioEditorView::AudioEditorView(AppModel& model, const UUID& trackID, TakeCard::CopyFile copyFile,
-                                 QWidget* parent)
+AudioEditorView::AudioEditorView(AppModel& model, const UUID& trackID, QWidget* parent)
     : QScrollArea(parent),
       model_(model),
       trackID_(trackID),
-      card_(model, std::move(copyFile)),
+      card_(model),
       controls_(model),
       title_({}, Theme::Text::title),
       length_({}, Theme::Text::caption, Theme::secondary),

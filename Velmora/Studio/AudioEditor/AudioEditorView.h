@@ -19,8 +19,7 @@ namespace velmora {
 class AudioEditorView final : public QScrollArea {
  public:
   /// The model must outlive it. Shows no clips once the track is gone.
-  AudioEditorView(AppModel& model, const UUID& trackID, TakeCard::CopyFile copyFile,
-                  QWidget* parent = nullptr);
+  AudioEditorView(AppModel& model, const UUID& trackID, QWidget* parent = nullptr);
 
   bool confirmsDiscard() const { return card_.confirmsDiscard(); }
   const AudioWaveformView& waveform() const { return waveform_; }

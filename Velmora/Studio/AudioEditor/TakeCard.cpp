@@ -3,14 +3,9 @@
 #include <QAccessible>
 #include <QFile>
 #include <QFileDialog>
-#include <QFuture>
 #include <QPainter>
 #include <QPushButton>
 #include <QStandardPaths>
-#include <QtConcurrentRun>
-#include <exception>
-#include <string>
-#include <utility>
 
 #include "Velmora/Theme/Paint.h"
 #include "Velmora/Theme/Spoken.h"
@@ -30,10 +25,9 @@ bool isOpen(const QDialog* dialog) { return dialog && dialog->isVisible(); }
 
 }  // namespace
 
-TakeCard::TakeCard(AppModel& model, CopyFile copyFile, QWidget* parent)
+TakeCard::TakeCard(AppModel& model, QWidget* parent)
     : QWidget(parent),
       model_(model),
-      copyFile_(std::move(copyFile)),
       line_("Your recorded take is waiting to be saved."),
       retry_("Retry Save", {}, {.fill = Fill::accent}),
       saveOriginal_("Save Original Take", "square.and.arrow.up", {.fill = Fill::raised}),
@@ -96,17 +90,7 @@ void TakeCard::chooseCopy() {
 /// makes way for another.
 void TakeCard::saveCopy(const std::filesystem::path& target) {
   if (!model_.pendingTake()) return;
-  const auto copy = [copyFile = copyFile_, source = model_.pendingTake()->url, target]() -> std::string {
-    try {
-      copyFile(source, target);
-      return {};
-    } catch (const std::exception& error) {
-      return error.what();
-    }
-  };
-  QtConcurrent::run(copy).then(&model_, [&model = model_](const std::string& failure) {
-    if (!failure.empty()) model.reportError("Could not save the original take: " + failure);
-  });
+  model_.saveCopy(model_.pendingTake()->url, target, "Could not save the original take: ");
 }
 
 void TakeCard::askToDiscard() {

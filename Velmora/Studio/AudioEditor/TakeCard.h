@@ -5,7 +5,6 @@
 #include <QPointer>
 #include <QWidget>
 #include <filesystem>
-#include <functional>
 
 #include "Velmora/Model/AppModel.h"
 #include "Velmora/Theme/CommandButton.h"
@@ -16,12 +15,8 @@ namespace velmora {
 /// Stands over the editor while a take waits to be saved: save it again, keep its file, or give it up.
 class TakeCard final : public QWidget {
  public:
-  /// Copies a file's content. Runs on a worker; throws what tells the user why it failed.
-  using CopyFile =
-      std::function<void(const std::filesystem::path& source, const std::filesystem::path& target)>;
-
   /// The model must outlive it.
-  TakeCard(AppModel& model, CopyFile copyFile, QWidget* parent = nullptr);
+  explicit TakeCard(AppModel& model, QWidget* parent = nullptr);
 
   /// Visible or not, as the model has a take.
   void refresh();
@@ -37,7 +32,6 @@ class TakeCard final : public QWidget {
   void askToDiscard();
 
   AppModel& model_;
-  const CopyFile copyFile_;
   QBoxLayout row_{QBoxLayout::LeftToRight};
   TextLabel line_;
   CommandButton retry_;

@@ -67,7 +67,7 @@ void AudioFileActions::saveAs(const std::filesystem::path& chosen) {
 QCoro::Task<> AudioFileActions::save(WAVDocument document, std::filesystem::path target) {
   const QPointer<AudioFileActions> self(this);
   isSaving_.set(true);
-  auto saving = model_.saveExport(document.url, target);
+  auto saving = model_.saveCopy(document.url, target, "Export failed: ");
   const bool isSaved = co_await saving;
   if (!self) co_return;
   isSaving_.set(false);

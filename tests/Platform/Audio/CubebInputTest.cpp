@@ -1,18 +1,17 @@
 #include <cmath>
-#include <csignal>
 #include <cstdlib>
 #include <gtest/gtest.h>
 #include <numbers>
 #include <optional>
 #include <span>
 #include <string>
-#include <sys/resource.h>
 #include <vector>
 
 #include "Platform/Audio/AudioFile.h"
 #include "Platform/Audio/CubebInput.h"
 #include "Platform/Audio/OutputDevice.h"
 #include "tests/Platform/Audio/SoundServerTest.h"
+#include "tests/support/FullDisk.h"
 #include "tests/support/PulseServer.h"
 
 namespace platform {
@@ -20,6 +19,7 @@ namespace {
 
 using namespace std::chrono_literals;
 using Clock = std::chrono::steady_clock;
+using velmora::testing::FullDisk;
 using velmora::testing::PulseServer;
 using velmora::testing::TemporaryFolder;
 
@@ -166,17 +166,25 @@ TEST_F(CubebInputTest, IsNotHeldUpByAServerThatHangs) {
 TEST_F(CubebInputTest, KeepsWhatAFullDiskTook) {
   const PulseServer server;
   CubebInput input;
-  ::signal(SIGXFSZ, SIG_IGN);
-  rlimit before{};
-  ::getrlimit(RLIMIT_FSIZE, &before);
-  const rlimit small{100002, before.rlim_max};
   input.start(take_, 600);
-  ::setrlimit(RLIMIT_FSIZE, &small);
-  const bool hasEnded = ends(input, 4s);
-  ::setrlimit(RLIMIT_FSIZE, &before);
-  EXPECT_TRUE(hasEnded);
+  {
+    const FullDisk disk(100002);
+    EXPECT_TRUE(ends(input, 4s));
+  }
   EXPECT_EQ(endings_, std::vector{false});
   EXPECT_EQ(read(take_).size(), (100002 - 68) / 4U);
+}
+
+TEST_F(CubebInputTest, TellsWhenTheEndFoundNoRoom) {
+  const PulseServer server;
+  CubebInput input;
+  input.setOnFinished([&](bool isClean) { endings_.push_back(isClean); });
+  input.start(take_, 600);
+  const FullDisk disk(70);
+  ASSERT_TRUE(reaches(input, 0.02));
+  const bool isWhole = input.stop();
+  EXPECT_TRUE(!isWhole || endings_ == std::vector{false});  // it may have ended by itself just before
+  EXPECT_EQ(read(take_).size(), 0U);
 }
 
 /// The bytes as a killed process leaves them: after every `append` and before the `sync` that counts it.

@@ -10,6 +10,7 @@
 
 #include "Platform/Audio/AudioFile.h"
 #include "Velmora/Studio/AudioEditor/AudioEditorView.h"
+#include "tests/support/FullDisk.h"
 #include "tests/support/ModelBench.h"
 
 namespace velmora {
@@ -23,13 +24,7 @@ class AudioEditorViewTest : public ::testing::Test {
   AudioEditorViewTest() {
     bench_.open();
     model_.addTrack(TrackKind::audio());
-    view_.emplace(
-        model_, voice(),
-        [this](const fs::path& source, const fs::path& target) {
-          if (copyFails_) throw std::runtime_error("take.caf: No space left on device");
-          fs::copy_file(source, target);
-        },
-        nullptr);
+    view_.emplace(model_, voice());
     view_->resize(900, 420);
     view_->show();
     view_->activateWindow();
@@ -93,7 +88,6 @@ class AudioEditorViewTest : public ::testing::Test {
 
   testing::ModelBench bench_;
   AppModel& model_ = *bench_.model;
-  bool copyFails_ = false;
   std::optional<AudioEditorView> view_;
 };
 
@@ -212,11 +206,11 @@ TEST_F(AudioEditorViewTest, RecordsAndKeepsTheTakeUntilItIsSaved) {
     return fs::file_size(bench_.folder / "rescued.caf", missing) == 6;
   }));
   fs::remove(bench_.folder / "rescued.caf");
-  copyFails_ = true;
+  const testing::FullDisk disk(3);
   saveCopy();
-  EXPECT_TRUE(spinUntil([&] {
-    return bench_.error() == "Could not save the original take: take.caf: No space left on device";
-  }));
+  EXPECT_TRUE(spinUntil(
+      [&] { return bench_.error() == "Could not save the original take: rescued.caf: File too large"; }));
+  EXPECT_FALSE(fs::exists(bench_.folder / "rescued.caf"));
   EXPECT_TRUE(model_.pendingTake());
 }
 

@@ -2,35 +2,20 @@
 #include <QFileDialog>
 #include <QLineEdit>
 #include <QProgressBar>
-#include <csignal>
 #include <fstream>
-#include <sys/resource.h>
 
 #include "Platform/Audio/AudioFile.h"
 #include "Platform/Files/Files.h"
 #include "Velmora/Audio/OfflineExporter.h"
 #include "tests/Velmora/Studio/Shell/ShellBench.h"
+#include "tests/support/FullDisk.h"
 
 namespace velmora {
 namespace {
 
 namespace fs = std::filesystem;
+using testing::FullDisk;
 using testing::spinUntil;
-
-/// A disk that is full for every file beyond `bytes`, as long as it lives.
-class FullDisk {
- public:
-  explicit FullDisk(rlim_t bytes) {
-    std::signal(SIGXFSZ, SIG_IGN);
-    ::getrlimit(RLIMIT_FSIZE, &before_);
-    const rlimit limit{bytes, before_.rlim_max};
-    ::setrlimit(RLIMIT_FSIZE, &limit);
-  }
-  ~FullDisk() { ::setrlimit(RLIMIT_FSIZE, &before_); }
-
- private:
-  rlimit before_{};
-};
 
 class AudioFileActionsTest : public testing::ShellBench {
  protected:
