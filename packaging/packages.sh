@@ -3,13 +3,14 @@
 build_packages=(
   g++ cmake ninja-build pkg-config
   qt6-base-dev qcoro-qt6-dev libsndfile1-dev nlohmann-json3-dev libcubeb-dev
+  libsecret-1-dev libsodium-dev
   fonts-quicksand fonts-jetbrains-mono fonts-material-design-icons-iconfont
 )
 check_packages=(
   libgtest-dev libgmock-dev librapidcheck-dev libbenchmark-dev
   clang clang-format clang-tidy libclang-rt-14-dev python3 strace sox ccache
   pulseaudio pulseaudio-utils xvfb xdotool imagemagick dbus at-spi2-core python3-gi gir1.2-atspi-2.0 python3-numpy
-  desktop-file-utils appstream dpkg-dev
+  desktop-file-utils appstream dpkg-dev libcpp-httplib-dev gnome-keyring openssl
 )
 
 # Installs those of the named packages that are missing; silent when there are none.

@@ -15,14 +15,14 @@ namespace velmora {
 class ChangeListener {
  public:
   /// `onChange` isn't called any more once the listener is gone. Hears the given fields, which outlive it.
-  template <class... Values>
-  explicit ChangeListener(std::function<void()> onChange, const Observed<Values>&... fields)
+  template <class... Values, class... Owners>
+  explicit ChangeListener(std::function<void()> onChange, const Observed<Values, Owners>&... fields)
       : onChange_(std::move(onChange)) {
     (hear(fields), ...);
   }
 
-  template <class Value>
-  void hear(const Observed<Value>& field) {
+  template <class Value, class Owner>
+  void hear(const Observed<Value, Owner>& field) {
     notifiers_.push_back(field.addNotifier([this] { schedule(); }));
   }
 

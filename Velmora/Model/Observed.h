@@ -6,9 +6,11 @@
 
 namespace velmora {
 
-/// A field of the model that views watch and only the model writes: a new value tells the notifiers, an equal
+class AppModel;
+
+/// A field that views watch and only the object that owns it writes: a new value tells the notifiers, an equal
 /// one doesn't.
-template <class Value>
+template <class Value, class Owner = AppModel>
 class Observed {
  public:
   Observed() = default;
@@ -23,7 +25,7 @@ class Observed {
   }
 
  protected:
-  friend class AppModel;
+  friend Owner;
   void set(Value value) { property_.setValue(std::move(value)); }
 
  private:

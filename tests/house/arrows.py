@@ -26,8 +26,8 @@ ROOMS = [
                                   "Waveform/", "Controls/", "Keyboard/"]),
     ("Velmora/Studio", QT, ["VelmoraCore/", "Velmora/Model/", "Velmora/Theme/", "Velmora/Studio/Parts/", "Tonic/",
                             "Waveform/", "Controls/", "Keyboard/"]),
-    ("Velmora/Online", QT, ["VelmoraCore/", "Platform/Services/", "Velmora/Model/", "Velmora/Audio/",
-                            "Velmora/Theme/"]),
+    ("Velmora/Online", QT | {"json"}, ["VelmoraCore/", "Platform/", "Velmora/Model/", "Velmora/Audio/",
+                                     "Velmora/Theme/"]),
     ("Velmora", QT, ["VelmoraCore/", "Platform/", "Velmora/"]),
     ("tools", LIBRARIES, ["VelmoraCore/", "Platform/", "Velmora/Audio/", "Velmora/Projects/"]),
 ]

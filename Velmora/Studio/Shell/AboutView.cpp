@@ -17,14 +17,14 @@ constexpr Link links[] = {{"Privacy Policy", "Privacy"}, {"Open-source Licenses"
 }  // namespace
 
 AboutView::AboutView(QWidget* parent)
-    : Sheet("About", parent), back_(addLeadingButton(new ShellButton("Back", "chevron.left"), "about.back")) {
+    : Sheet("About", parent), back_(addLeadingButton(new TallButton("Back", "chevron.left"), "about.back")) {
   setObjectName("about");
   resize(480, 420);
   content().setContentsMargins(0, 0, 0, 0);
   content().addWidget(&pages_);
   pages_.addWidget(makeAboutPage());
-  ShellButton& done =
-      addToolbarButton(new ShellButton("Done", {}, {.fill = ShellButton::Fill::raised}), "about.done");
+  TallButton& done =
+      addToolbarButton(new TallButton("Done", {}, {.fill = TallButton::Fill::raised}), "about.done");
   connect(&done, &QAbstractButton::clicked, this, &QDialog::accept);
   connect(&back_, &QAbstractButton::clicked, this, [this] { goBack(); });
   goBack();
@@ -50,7 +50,7 @@ QWidget* AboutView::makeAboutPage() {
   }
   column->addStretch(1);
   for (const Link& link : links) {
-    auto* button = new ShellButton(link.title, {}, {.fill = ShellButton::Fill::raised});
+    auto* button = new TallButton(link.title, {}, {.fill = TallButton::Fill::raised});
     button->setObjectName(QString("about.") + link.resource);
     connect(button, &QAbstractButton::clicked, this, [this, &link] { openText(link.title, link.resource); });
     column->addWidget(button);

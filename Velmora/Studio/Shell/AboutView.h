@@ -2,7 +2,7 @@
 
 #include <QStackedWidget>
 
-#include "Velmora/Studio/Shell/Sheet.h"
+#include "Velmora/Theme/Sheet.h"
 
 namespace velmora {
 
@@ -20,7 +20,7 @@ class AboutView : public Sheet {
   void goBack();
 
   QStackedWidget pages_;
-  ShellButton& back_;
+  TallButton& back_;
 };
 
 }  // namespace velmora

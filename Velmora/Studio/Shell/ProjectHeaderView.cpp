@@ -49,7 +49,7 @@ ProjectHeaderView::ProjectHeaderView(AppModel& model, const WindowActions& actio
       name_({}, {}, {.font = Theme::Text::title}),
       picker_(model),
       menuButton_("ellipsis.circle", "Project actions"),
-      workspace_({}, {}, {.fill = ShellButton::Fill::raised}),
+      workspace_({}, {}, {.fill = TallButton::Fill::raised}),
       listener_([this] { refresh(); }, model.song, model.saveStatus, model.workspace) {
   setObjectName("header");
   arrange();
@@ -104,7 +104,7 @@ void ProjectHeaderView::refresh() {
 /// The full form as long as all of it fits; only the name may be cut.
 ProjectHeaderView::Form ProjectHeaderView::fittingForm() const {
   const auto widthOf = [](const QWidget& widget) { return widget.sizeHint().width() + spacing; };
-  const int ends = projects_.widthWith(ShellButton::Label::shown) + spacing + widthOf(menuButton_) + 2 * edge;
+  const int ends = projects_.widthWith(TallButton::Label::shown) + spacing + widthOf(menuButton_) + 2 * edge;
   const int name = std::min(name_.sizeHint().width(), longestName) + spacing;
   const int rest =
       showsWorkspacePicker_ ? pickerWidth + spacing : widthOf(status_) + widthOf(workspace_) + spacing;
@@ -113,7 +113,7 @@ ProjectHeaderView::Form ProjectHeaderView::fittingForm() const {
 
 void ProjectHeaderView::showForm() {
   const bool isFull = fittingForm() == Form::full;
-  projects_.setLabelShown(isFull ? ShellButton::Label::shown : ShellButton::Label::hidden);
+  projects_.setLabelShown(isFull ? TallButton::Label::shown : TallButton::Label::hidden);
   picker_.setVisible(showsWorkspacePicker_);
   status_.setVisible(isFull && !showsWorkspacePicker_);
   workspace_.setVisible(isFull && !showsWorkspacePicker_);

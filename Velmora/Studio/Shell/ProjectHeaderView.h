@@ -7,7 +7,7 @@
 
 #include "Velmora/Model/AppModel.h"
 #include "Velmora/Model/ChangeListener.h"
-#include "Velmora/Studio/Shell/ShellButton.h"
+#include "Velmora/Theme/TallButton.h"
 #include "Velmora/Studio/Shell/WindowActions.h"
 #include "Velmora/Studio/Shell/WorkspacePicker.h"
 #include "Velmora/Theme/IconButton.h"
@@ -44,13 +44,13 @@ class ProjectHeaderView : public QWidget {
   const WindowActions& actions_;
   bool showsWorkspacePicker_ = false;
 
-  ShellButton projects_;
-  ShellButton name_;
+  TallButton projects_;
+  TallButton name_;
   WorkspacePicker picker_;
   QLabel status_;
   IconButton menuButton_;
   QMenu menu_;
-  ShellButton workspace_;
+  TallButton workspace_;
   ChangeListener listener_;
 };
 

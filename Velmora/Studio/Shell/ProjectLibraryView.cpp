@@ -3,7 +3,7 @@
 #include <utility>
 
 #include "Velmora/Studio/Parts/Placeholder.h"
-#include "Velmora/Studio/Shell/ConfirmationSheet.h"
+#include "Velmora/Theme/ConfirmationSheet.h"
 
 namespace velmora {
 
@@ -31,9 +31,9 @@ ProjectLibraryView::ProjectLibraryView(AppModel& model, QWidget* parent)
   content().addWidget(&pages_);
   pages_.addWidget(&list_);
   pages_.addWidget(makeEmptyState());
-  ShellButton& newProject = addToolbarButton(new ShellButton("New Project", "plus"), "library.newProject");
-  ShellButton& done =
-      addToolbarButton(new ShellButton("Done", {}, {.fill = ShellButton::Fill::raised}), "library.done");
+  TallButton& newProject = addToolbarButton(new TallButton("New Project", "plus"), "library.newProject");
+  TallButton& done =
+      addToolbarButton(new TallButton("Done", {}, {.fill = TallButton::Fill::raised}), "library.done");
   connect(&newProject, &QAbstractButton::clicked, this, [this] { create(); });
   connect(&done, &QAbstractButton::clicked, this, &QDialog::accept);
   connect(this, &QDialog::finished, this, [this] { model_.showsProjects.set(false); });

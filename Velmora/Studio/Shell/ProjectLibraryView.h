@@ -7,7 +7,7 @@
 #include "Velmora/Model/AppModel.h"
 #include "Velmora/Model/ChangeListener.h"
 #include "Velmora/Studio/Shell/ProjectList.h"
-#include "Velmora/Studio/Shell/Sheet.h"
+#include "Velmora/Theme/Sheet.h"
 
 namespace velmora {
 

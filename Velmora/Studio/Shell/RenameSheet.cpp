@@ -12,9 +12,9 @@ RenameSheet::RenameSheet(AppModel& model, QWidget* parent)
   name_.setMinimumSize(340, 40);
   name_.selectAll();
   content().addWidget(&name_);
-  ShellButton& cancel = addToolbarButton(new ShellButton("Cancel"), "rename.cancel");
-  ShellButton& accept =
-      addToolbarButton(new ShellButton("Rename", {}, {.fill = ShellButton::Fill::accent}), "rename.rename");
+  TallButton& cancel = addToolbarButton(new TallButton("Cancel"), "rename.cancel");
+  TallButton& accept =
+      addToolbarButton(new TallButton("Rename", {}, {.fill = TallButton::Fill::accent}), "rename.rename");
   connect(&cancel, &QAbstractButton::clicked, this, &QDialog::reject);
   connect(&accept, &QAbstractButton::clicked, this, [this] { rename(); });
   connect(&name_, &QLineEdit::returnPressed, this, [this] { rename(); });

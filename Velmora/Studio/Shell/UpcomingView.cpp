@@ -6,8 +6,8 @@ UpcomingView::UpcomingView(const QString& title, QWidget* parent) : Sheet(title,
   setObjectName("upcoming");
   content().addWidget(makeLabel("This comes with the online services, which this version doesn't have yet.",
                                 Theme::Text::body, Theme::secondary));
-  ShellButton& done =
-      addToolbarButton(new ShellButton("Done", {}, {.fill = ShellButton::Fill::raised}), "upcoming.done");
+  TallButton& done =
+      addToolbarButton(new TallButton("Done", {}, {.fill = TallButton::Fill::raised}), "upcoming.done");
   connect(&done, &QAbstractButton::clicked, this, &QDialog::accept);
   setFixedWidth(420);
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Velmora/Studio/Shell/Sheet.h"
+#include "Velmora/Theme/Sheet.h"
 
 namespace velmora {
 

@@ -1,4 +1,4 @@
-#include "Velmora/Studio/Shell/ConfirmationSheet.h"
+#include "Velmora/Theme/ConfirmationSheet.h"
 
 namespace velmora {
 
@@ -7,9 +7,9 @@ ConfirmationSheet::ConfirmationSheet(const Question& question, QWidget* parent)
   setObjectName("confirmation");
   setAccessibleDescription(question.message);
   content().addWidget(makeLabel(question.message, Theme::Text::body));
-  ShellButton& cancel = addToolbarButton(new ShellButton("Cancel"), "confirmation.cancel");
-  ShellButton& destructive = addToolbarButton(
-      new ShellButton(question.destructive, {}, {.fill = ShellButton::Fill::danger}), "confirmation.accept");
+  TallButton& cancel = addToolbarButton(new TallButton("Cancel"), "confirmation.cancel");
+  TallButton& destructive = addToolbarButton(
+      new TallButton(question.destructive, {}, {.fill = TallButton::Fill::danger}), "confirmation.accept");
   connect(&cancel, &QAbstractButton::clicked, this, &QDialog::reject);
   connect(&destructive, &QAbstractButton::clicked, this, &QDialog::accept);
   cancel.setFocus();

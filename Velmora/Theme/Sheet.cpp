@@ -1,4 +1,4 @@
-#include "Velmora/Studio/Shell/Sheet.h"
+#include "Velmora/Theme/Sheet.h"
 
 #include "Velmora/Theme/Paint.h"
 
@@ -32,13 +32,13 @@ void Sheet::setHeading(const QString& heading) {
   heading_.setText(heading);
 }
 
-ShellButton& Sheet::addToolbarButton(ShellButton* button, const QString& id) {
+TallButton& Sheet::addToolbarButton(TallButton* button, const QString& id) {
   button->setObjectName(id);
   toolbar_.addWidget(button);
   return *button;
 }
 
-ShellButton& Sheet::addLeadingButton(ShellButton* button, const QString& id) {
+TallButton& Sheet::addLeadingButton(TallButton* button, const QString& id) {
   button->setObjectName(id);
   toolbar_.insertWidget(0, button);
   return *button;

@@ -4,7 +4,7 @@
 #include <QDialog>
 #include <QLabel>
 
-#include "Velmora/Studio/Shell/ShellButton.h"
+#include "Velmora/Theme/TallButton.h"
 #include "Velmora/Theme/TextLabel.h"
 
 namespace velmora {
@@ -19,8 +19,8 @@ class Sheet : public QDialog {
 
  protected:
   /// Toolbar buttons stand at the trailing edge in the order of the calls.
-  ShellButton& addToolbarButton(ShellButton* button, const QString& id);
-  ShellButton& addLeadingButton(ShellButton* button, const QString& id);
+  TallButton& addToolbarButton(TallButton* button, const QString& id);
+  TallButton& addLeadingButton(TallButton* button, const QString& id);
   QVBoxLayout& content() { return content_; }
 
   void paintEvent(QPaintEvent* event) override;
