@@ -14,8 +14,12 @@
 
 namespace velmora {
 
-ArrangementCanvas::ArrangementCanvas(CanvasResponder& responder, QWidget* parent)
-    : QWidget(parent), responder_(responder), gesture_(responder) {
+ArrangementCanvas::ArrangementCanvas(CanvasResponder& responder, const TransportController& transport,
+                                     QWidget* parent)
+    : QWidget(parent),
+      responder_(responder),
+      playhead_(transport, PlayheadMarker::Style::line, *this),
+      gesture_(responder) {
   AccessibleCanvas::install();
   setObjectName("arrangement.canvas");
   setAccessibleName("Arrangement");
@@ -35,6 +39,7 @@ void ArrangementCanvas::show(CanvasContent content) {
   const bool isOtherClip = content.selectedClipID != content_.selectedClipID;
   const bool isOtherData = content.data != content_.data;
   content_ = std::move(content);
+  playhead_.place(content_.pointsPerBeat, content_.scrollOffset.x());
   update();
   if (isOtherData) {
     QAccessibleEvent event(this, QAccessible::ObjectReorder);
@@ -74,6 +79,7 @@ void ArrangementCanvas::paintEvent(QPaintEvent* event) {
   canvas.paintGround(ground_);
   canvas.paintClips(clipPainter_, [this](int row) -> const LaneIndex& { return indexOf(row); });
   if (hasKeyboardFocus(*this)) paintFocusRing(painter, rect(), 4);
+  playhead_.paint(painter, event->rect());
 }
 
 void ArrangementCanvas::resizeEvent(QResizeEvent*) { responder_.resized(size()); }

@@ -9,6 +9,7 @@
 #include "Velmora/Studio/Arrangement/ClipPainter.h"
 #include "Velmora/Studio/Arrangement/LaneGround.h"
 #include "Velmora/Studio/Arrangement/LaneIndex.h"
+#include "Velmora/Studio/Arrangement/PlayheadMarker.h"
 
 class QTouchEvent;
 
@@ -18,13 +19,16 @@ namespace velmora {
 /// shows, and passes what the user does on.
 class ArrangementCanvas final : public QWidget {
  public:
-  explicit ArrangementCanvas(CanvasResponder& responder, QWidget* parent = nullptr);
+  /// Responder and transport outlive it.
+  ArrangementCanvas(CanvasResponder& responder, const TransportController& transport,
+                    QWidget* parent = nullptr);
 
   void show(CanvasContent content);
   using QWidget::show;
 
   const CanvasContent& content() const { return content_; }
   CanvasResponder& responder() const { return responder_; }
+  PlayheadMarker& playhead() { return playhead_; }
   /// Where a clip lies in the widget.
   QRectF frameOf(const ClipPlace& place) const;
   std::optional<ClipPlace> selectedClip() const;
@@ -54,6 +58,7 @@ class ArrangementCanvas final : public QWidget {
   std::vector<std::optional<LaneIndex>> indexes_;  // by row, made when first needed
   LaneGround ground_;
   ClipPainter clipPainter_;
+  PlayheadMarker playhead_;
   PointerGesture gesture_;
   std::optional<double> pinchSpan_;  // of the two fingers at first
 };

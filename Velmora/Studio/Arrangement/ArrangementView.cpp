@@ -27,10 +27,9 @@ ArrangementView::ArrangementView(AppModel& model, QWidget* parent)
       state_(model),
       gestures_(model, state_),
       headers_(model, this),
-      ruler_(position(), this),
-      canvas_(gestures_, this),
-      rulerPlayhead_(model.transport(), PlayheadMarker::Style::rulerMarker, &ruler_),
-      canvasPlayhead_(model.transport(), PlayheadMarker::Style::line, &canvas_),
+      ruler_(
+          model.transport(), [this](double beat) { model_.seek(beat); }, this),
+      canvas_(gestures_, model.transport(), this),
       panel_(model, this),
       empty_(model, this),
       fileDrop_(model, state_, *this, canvas_),
@@ -46,7 +45,7 @@ ArrangementView::ArrangementView(AppModel& model, QWidget* parent)
   connectToolbar();
   state_.onChange = [this] { present(); };
   headers_.onFocused = [this](const QRect& inList) { revealHeader(inList); };
-  canvasPlayhead_.onFrame = [this] { followPlayhead(); };
+  canvas_.playhead().onFrame = [this] { followPlayhead(); };
   presentSong();
   present();
   followTransport();
@@ -56,11 +55,6 @@ ArrangementView::ArrangementView(AppModel& model, QWidget* parent)
 ArrangementView::~ArrangementView() {
   state_.onChange = nullptr;
   headers_.onFocused = nullptr;
-}
-
-RulerCanvas::Position ArrangementView::position() {
-  return {.beat = [this] { return model_.transport().playhead(); },
-          .seek = [this](double beat) { model_.seek(beat); }};
 }
 
 void ArrangementView::connectToolbar() {
@@ -94,8 +88,6 @@ void ArrangementView::present() {
                .pointsPerBeat = viewport.pointsPerBeat(),
                .scrollX = viewport.scrollOffset.x()});
   headers_.scrollTo(static_cast<int>(viewport.scrollOffset.y()));
-  rulerPlayhead_.place(viewport.pointsPerBeat(), viewport.scrollOffset.x());
-  canvasPlayhead_.place(viewport.pointsPerBeat(), viewport.scrollOffset.x());
 }
 
 void ArrangementView::presentSong() {
@@ -106,8 +98,8 @@ void ArrangementView::presentSong() {
 
 void ArrangementView::followTransport() {
   if (model_.isPlaying()) showPlayhead();
-  rulerPlayhead_.follow(model_.isPlaying());
-  canvasPlayhead_.follow(model_.isPlaying());
+  ruler_.playhead().follow(model_.isPlaying());
+  canvas_.playhead().follow(model_.isPlaying());
 }
 
 /// When the playhead leaves the view by itself the page turns. Who has scrolled away from it stays there

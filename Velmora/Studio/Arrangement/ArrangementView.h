@@ -10,7 +10,6 @@
 #include "Velmora/Studio/Arrangement/ArrangementToolbar.h"
 #include "Velmora/Studio/Arrangement/EmptyArrangement.h"
 #include "Velmora/Studio/Arrangement/FileDrop.h"
-#include "Velmora/Studio/Arrangement/PlayheadMarker.h"
 #include "Velmora/Studio/Arrangement/RulerCanvas.h"
 #include "Velmora/Studio/Arrangement/SelectedClipPanel.h"
 #include "Velmora/Studio/Arrangement/TrackHeaderColumn.h"
@@ -34,7 +33,6 @@ class ArrangementView final : public QWidget {
   void paintEvent(QPaintEvent* event) override;
 
  private:
-  RulerCanvas::Position position();
   void connectToolbar();
   void openLoopEditor();
   void present();
@@ -57,8 +55,6 @@ class ArrangementView final : public QWidget {
   TrackHeaderColumn headers_;
   RulerCanvas ruler_;
   ArrangementCanvas canvas_;
-  PlayheadMarker rulerPlayhead_;
-  PlayheadMarker canvasPlayhead_;
   SelectedClipPanel panel_;
   EmptyArrangement empty_;
   FileDrop fileDrop_;

@@ -48,18 +48,20 @@ std::optional<double> beatsOf(const QKeyEvent& event) {
 
 }  // namespace
 
-RulerCanvas::RulerCanvas(Position position, QWidget* parent)
-    : QWidget(parent), position_(std::move(position)) {
+RulerCanvas::RulerCanvas(const TransportController& transport, std::function<void(double)> onSeek,
+                         QWidget* parent)
+    : QWidget(parent), transport_(transport), onSeek_(std::move(onSeek)) {
   setObjectName("arrangement.ruler");
   setAccessibleName("Timeline position");
   setProperty("keepsEditingKeys", true);
   setAttribute(Qt::WA_OpaquePaintEvent);
   setFocusPolicy(Qt::TabFocus);
   setFixedHeight(ArrangementGeometry::rulerHeight);
+  const auto playhead = [this] { return transport_.playhead(); };
   Spoken::attach(*this,
                  {.role = QAccessible::Slider,
-                  .value = [this] { return QStringLiteral("Beat %1").arg(beatText(position_.beat() + 1)); },
-                  .adjustment = Spoken::Adjustment{.value = position_.beat,
+                  .value = [playhead] { return QStringLiteral("Beat %1").arg(beatText(playhead() + 1)); },
+                  .adjustment = Spoken::Adjustment{.value = playhead,
                                                    .set = [this](double beat) { seek(beat); },
                                                    .minimum = 0,
                                                    .maximum = limits::longestTimelineBeats,
@@ -70,6 +72,7 @@ void RulerCanvas::show(const Content& content) {
   if (content == content_) return;
   content_ = content;
   picture_ = {};
+  playhead_.place(content.pointsPerBeat, content.scrollX);
   update();
 }
 
@@ -78,7 +81,7 @@ TimelineScale RulerCanvas::scale() const {
 }
 
 void RulerCanvas::seek(double beat) {
-  position_.seek(std::max(0.0, beat));
+  onSeek_(std::max(0.0, beat));
   Spoken::tellValue(*this);
 }
 
@@ -86,9 +89,11 @@ void RulerCanvas::seek(double beat) {
 void RulerCanvas::paintEvent(QPaintEvent* event) {
   if (!isPictureOf(*this, picture_)) paintPicture();
   QPainter painter(this);
-  painter.setClipRect(event->rect());
-  painter.drawPixmap(0, 0, picture_);
+  const QRectF dirty = event->rect();
+  const double scale = picture_.devicePixelRatio();
+  painter.drawPixmap(dirty, picture_, QRectF(dirty.topLeft() * scale, dirty.size() * scale));
   if (hasKeyboardFocus(*this)) paintFocusRing(painter, rect(), 4);
+  playhead_.paint(painter, event->rect());
 }
 
 void RulerCanvas::paintPicture() {
@@ -138,7 +143,7 @@ void RulerCanvas::mouseMoveEvent(QMouseEvent* event) {
 void RulerCanvas::keyPressEvent(QKeyEvent* event) {
   const auto beats = beatsOf(*event);
   if (!beats) return QWidget::keyPressEvent(event);
-  seek(position_.beat() + *beats);
+  seek(transport_.playhead() + *beats);
 }
 
 }  // namespace velmora

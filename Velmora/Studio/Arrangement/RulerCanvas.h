@@ -4,6 +4,7 @@
 #include <QWidget>
 #include <functional>
 
+#include "Velmora/Studio/Arrangement/PlayheadMarker.h"
 #include "Velmora/Studio/Arrangement/TimelineScale.h"
 #include "VelmoraCore/Song/Song.h"
 
@@ -21,16 +22,14 @@ class RulerCanvas final : public QWidget {
     bool operator==(const Content&) const = default;
   };
 
-  /// Where the playhead is and how it is moved; both live as long as the ruler.
-  struct Position {
-    std::function<double()> beat;
-    std::function<void(double)> seek;
-  };
-
-  explicit RulerCanvas(Position position, QWidget* parent = nullptr);
+  /// `onSeek` moves the playhead; it and the transport live as long as the ruler.
+  RulerCanvas(const TransportController& transport, std::function<void(double)> onSeek,
+              QWidget* parent = nullptr);
 
   void show(const Content& content);
   using QWidget::show;
+
+  PlayheadMarker& playhead() { return playhead_; }
 
  protected:
   void paintEvent(QPaintEvent* event) override;
@@ -47,7 +46,9 @@ class RulerCanvas final : public QWidget {
   void paintTicks(QPainter& painter) const;
   void seek(double beat);
 
-  const Position position_;
+  const TransportController& transport_;
+  const std::function<void(double)> onSeek_;
+  PlayheadMarker playhead_{transport_, PlayheadMarker::Style::rulerMarker, *this};
   Content content_;
   QPixmap picture_;  // of the content at the widget's size; empty while stale
 };

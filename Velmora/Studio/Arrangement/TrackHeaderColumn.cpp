@@ -45,7 +45,6 @@ void TrackHeaderColumn::showTracks(const SharedList<Track>& tracks,
   });
   rows_.resize(tracks.size());
   if (rows_ == before) return;
-  orderFocus();
   placeRows();
   update();
 }
@@ -72,18 +71,6 @@ void TrackHeaderColumn::placeRows() {
   for (int row = 0; row < rowCount; ++row)
     rows_[static_cast<std::size_t>(row)]->setGeometry(0, rowHeight * row, width(), rowHeight);
   addTrack_.setGeometry(4, rowHeight * rowCount + 4, width() - 8, AddTrackMenu::leastHeight);
-}
-
-/// Row after row, the menu last.
-void TrackHeaderColumn::orderFocus() {
-  QWidget* last = &addTrack_;
-  for (TrackHeaderRow* row : rows_) {
-    for (QWidget* next : row->focusChain()) {
-      setTabOrder(last, next);
-      last = next;
-    }
-  }
-  setTabOrder(last, &addTrack_);
 }
 
 void TrackHeaderColumn::scrollTo(int y) { list_.move(0, -y); }

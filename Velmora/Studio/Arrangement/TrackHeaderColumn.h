@@ -43,7 +43,6 @@ class TrackHeaderColumn final : public QWidget {
 
   TrackHeaderRow& rowFor(std::size_t row, const TrackHeaderRow::Content& content);
   void placeRows();
-  void orderFocus();
   void stepFrom(const TrackHeaderRow& row, int step);
   void followFocus(const QWidget* focused);
 

@@ -93,8 +93,6 @@ void TrackHeaderRow::showTrack() {
   update();
 }
 
-std::vector<QWidget*> TrackHeaderRow::focusChain() { return {this, &mute_, &solo_, &volume_, &pan_}; }
-
 QSize TrackHeaderRow::sizeHint() const {
   return {ArrangementGeometry::headerWidth, static_cast<int>(ArrangementGeometry::laneHeight)};
 }

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <functional>
-#include <vector>
 
 #include "Velmora/Model/AppModel.h"
 #include "Velmora/Studio/Parts/KnobWithCaption.h"
@@ -30,8 +29,6 @@ class TrackHeaderRow final : public PaintedButton {
   using QWidget::show;
 
   const UUID& trackID() const { return content_.track.id; }
-  /// What takes the focus, in the order of Tab.
-  std::vector<QWidget*> focusChain();
 
   QSize sizeHint() const override;
 

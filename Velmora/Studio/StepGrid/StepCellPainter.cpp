@@ -12,6 +12,7 @@ namespace {
 
 constexpr double cornerRadius = 5;
 constexpr double barRadius = 1.5;
+constexpr std::size_t mostStamps = 12;  // of one page: three kinds in two widths and two heights
 
 void paintMark(QPainter& painter, const QRectF& rect, double radius) {
   painter.setRenderHint(QPainter::Antialiasing);
@@ -22,8 +23,14 @@ void paintMark(QPainter& painter, const QRectF& rect, double radius) {
 
 }  // namespace
 
-StepCellPainter::StepCellPainter(QPainter& painter, const QColor& color)
-    : painter_(painter), color_(color), scale_(painter.device()->devicePixelRatioF()) {}
+void StepCellPainter::begin(QPainter& painter, const QColor& color) {
+  painter_ = &painter;
+  const double scale = painter.device()->devicePixelRatioF();
+  if (color == color_ && scale == scale_ && stamps_.size() <= mostStamps) return;
+  color_ = color;
+  scale_ = scale;
+  stamps_.clear();
+}
 
 /// A page's width seldom divides evenly: every edge goes to the nearest pixel, so that all are sharp.
 QRectF StepCellPainter::onPixels(const QRectF& rect) const {
@@ -35,8 +42,8 @@ QRectF StepCellPainter::onPixels(const QRectF& rect) const {
 void StepCellPainter::paint(const QRectF& cell, Beat beat, std::optional<int> velocity) {
   const QRectF rect = onPixels(cell);
   const Kind off = beat == Beat::light ? Kind::light : Kind::dark;
-  painter_.drawPixmap(rect.topLeft(), stamp(velocity ? Kind::on : off, (rect.size() * scale_).toSize()));
-  if (velocity) paintMark(painter_, StepGridGeometry::velocityBar(rect, *velocity), barRadius);
+  painter_->drawPixmap(rect.topLeft(), stamp(velocity ? Kind::on : off, (rect.size() * scale_).toSize()));
+  if (velocity) paintMark(*painter_, StepGridGeometry::velocityBar(rect, *velocity), barRadius);
 }
 
 const QPixmap& StepCellPainter::stamp(Kind kind, const QSize& pixels) {

@@ -9,11 +9,12 @@
 
 namespace velmora {
 
-/// Paints cells of the grid in one colour for the length of one paint event. All cells of a kind and size are
-/// copies of the first one.
+/// Paints the cells of a grid. All cells of a kind and size are copies of the first one, which is kept from
+/// one paint event to the next.
 class StepCellPainter {
  public:
-  StepCellPainter(QPainter& painter, const QColor& color);
+  /// What follows is painted here, in this colour.
+  void begin(QPainter& painter, const QColor& color);
 
   /// The beats of a page alternate in shade.
   enum class Beat { light, dark };
@@ -33,9 +34,9 @@ class StepCellPainter {
   const QPixmap& stamp(Kind kind, const QSize& pixels);
   QPixmap draw(Kind kind, const QSize& pixels) const;
 
-  QPainter& painter_;
-  const QColor color_;
-  const double scale_;  // pixels of the device for a point
+  QPainter* painter_ = nullptr;  // of the paint event
+  QColor color_;
+  double scale_ = 1;  // pixels of the device for a point
   std::vector<Stamp> stamps_;
 };
 

@@ -9,6 +9,7 @@
 
 #include "Velmora/Studio/Parts/KeyboardLead.h"
 #include "Velmora/Studio/StepGrid/DrumStepControl.h"
+#include "Velmora/Studio/StepGrid/StepCellPainter.h"
 #include "Velmora/Studio/StepGrid/StepGridGeometry.h"
 #include "VelmoraCore/Song/Pattern.h"
 
@@ -17,8 +18,6 @@ class QEventPoint;
 class QTouchEvent;
 
 namespace velmora {
-
-class StepCellPainter;
 
 /// What the grid shows: some steps of a pattern in the track's colour.
 struct StepGridPage {
@@ -106,7 +105,7 @@ class StepGridCanvas final : public QWidget {
   bool clear(int);
   bool cancel(int);
 
-  void paintCells(StepCellPainter& cells, const QRectF& dirty) const;
+  void paintCells(const QRectF& dirty);
   void paintPress(QPainter& painter) const;
   void paintCursor(QPainter& painter) const;
   void paintDraggedVelocity(QPainter& painter) const;
@@ -121,6 +120,7 @@ class StepGridCanvas final : public QWidget {
 
   StepGridPage page_;
   Velocities velocities_;  // of the page's cells
+  StepCellPainter cellPainter_;
   StepPlace cursor_;
   KeyboardLead lead_{*this};
   std::optional<Press> press_;

@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <cmath>
 
-#include "Velmora/Studio/StepGrid/StepCellPainter.h"
 #include "Velmora/Studio/StepGrid/StepGridCanvas.h"
 #include "Velmora/Theme/Paint.h"
 #include "Velmora/Theme/Theme.h"
@@ -24,19 +23,19 @@ StepCellPainter::Beat beatOf(int column) {
 
 void StepGridCanvas::paintEvent(QPaintEvent* event) {
   QPainter painter(this);
-  StepCellPainter cells(painter, page_.color);
-  paintCells(cells, event->rect());
+  cellPainter_.begin(painter, page_.color);
+  paintCells(event->rect());
   if (press_ && !draggedVelocity()) paintPress(painter);
   if (lead_.showsCursor() && hasFocus() && isShown(cursor_)) paintCursor(painter);
   if (draggedVelocity()) paintDraggedVelocity(painter);
 }
 
-void StepGridCanvas::paintCells(StepCellPainter& cells, const QRectF& dirty) const {
+void StepGridCanvas::paintCells(const QRectF& dirty) {
   for (const StepPlace place : grid().places()) {
     if (!grid().slot(place).intersects(dirty)) continue;
     std::optional<int> velocity = velocities_[indexOf(place)];
     if (press_ && press_->place == place && draggedVelocity()) velocity = draggedVelocity();
-    cells.paint(grid().cell(place), beatOf(place.column), velocity);
+    cellPainter_.paint(grid().cell(place), beatOf(place.column), velocity);
   }
 }
 

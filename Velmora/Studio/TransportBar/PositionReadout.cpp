@@ -33,9 +33,10 @@ void PositionReadout::follow() {
 }
 
 void PositionReadout::look() {
-  position_ = SongPosition::at(model_.transport().playhead());
-  QString text = position_.text();
-  if (text == face_.number) return;
+  const SongPosition position = SongPosition::at(model_.transport().playhead());
+  if (position == position_ && !face_.number.isEmpty()) return;
+  position_ = position;
+  QString text = position.text();
   const bool isOfOtherLength = text.size() != face_.number.size();
   face_.number = std::move(text);
   update();
