@@ -1,5 +1,7 @@
 #include "Velmora/Theme/ConfirmationSheet.h"
 
+#include <algorithm>
+
 namespace velmora {
 
 ConfirmationSheet::ConfirmationSheet(const Question& question, QWidget* parent)
@@ -12,8 +14,9 @@ ConfirmationSheet::ConfirmationSheet(const Question& question, QWidget* parent)
       new TallButton(question.destructive, {}, {.fill = TallButton::Fill::danger}), "confirmation.accept");
   connect(&cancel, &QAbstractButton::clicked, this, &QDialog::reject);
   connect(&destructive, &QAbstractButton::clicked, this, &QDialog::accept);
+  for (TallButton* answer : {&cancel, &destructive}) answer->setMinimumWidth(answer->sizeHint().width());
   cancel.setFocus();
-  setFixedWidth(380);
+  setFixedWidth(std::max(380, minimumSizeHint().width()));
 }
 
 }  // namespace velmora

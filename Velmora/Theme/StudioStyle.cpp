@@ -91,7 +91,11 @@ QRect scrollBarPart(const QStyleOptionSlider& bar, QStyle::SubControl part) {
 
 void StudioStyle::polish(QWidget* widget) {
   QProxyStyle::polish(widget);
-  if (qobject_cast<QMenu*>(widget)) widget->setAttribute(Qt::WA_TranslucentBackground);
+  if (auto* const menu = qobject_cast<QMenu*>(widget)) {
+    menu->setAttribute(Qt::WA_TranslucentBackground);
+    // By itself it stays open after a screen reader's choice.
+    QObject::connect(menu, &QMenu::triggered, menu, &QWidget::close, Qt::UniqueConnection);
+  }
   if (qobject_cast<QAbstractButton*>(widget) || opensAsList(qobject_cast<QComboBox*>(widget))) {
     widget->setFocusPolicy(widget->focusPolicy() & Qt::TabFocus ? Qt::TabFocus : Qt::NoFocus);
   }

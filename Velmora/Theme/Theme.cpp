@@ -6,6 +6,7 @@
 #include <array>
 #include <cmath>
 
+#include "Velmora/Theme/AccessiblePopups.h"
 #include "Velmora/Theme/Spoken.h"
 #include "Velmora/Theme/StudioStyle.h"
 #include "Velmora/Theme/SymbolIconEngine.h"
@@ -154,6 +155,7 @@ void Theme::install() {
   }
   QToolTip::setFont(font(Text::caption));
   Spoken::guardScrollAreas();
+  showPopupsToScreenReaders();
 }
 
 }  // namespace velmora

@@ -1,9 +1,11 @@
 """Users of the real program make music: one with mouse and keys, one through a screen reader."""
 
-import copy
+import itertools
 import json
 import math
+import re
 import unittest
+import wave
 
 import numpy
 
@@ -16,6 +18,7 @@ BEAT = [("Kick", 1), ACCENT, ("Kick", 9), MISTAKE, ("Snare", 13), ("Closed Hat",
 KEYS_WIDTH, BEAT_WIDTH, ROW_HEIGHT, TOP_PITCH = 48, 160, 18, 71  # of the piano roll
 LANE_BEAT, LANE_HEIGHT, KNOB_SIDE = 48, 64, 38
 LOUD = 0.01  # a sample of a sound
+note_numbers = itertools.count(1000)
 
 
 def center(element):
@@ -27,47 +30,53 @@ def cell(sound, step):
     return f"{sound}, bar 1, step {step}"
 
 
+def some_id(number):
+    return f"00000000-0000-0000-0000-{number:012}"
+
+
 def note(pitch, start, velocity=100, duration=0.25):
-    return {"pitch": pitch, "startBeat": start, "durationBeats": duration, "velocity": velocity}
+    return {"id": some_id(next(note_numbers)), "pitch": pitch, "startBeat": start, "durationBeats": duration,
+            "velocity": velocity}
 
 
-def without_note_ids(song):
-    song = copy.deepcopy(song)
-    for pattern in song["patterns"]:
-        for each in pattern["notes"]:
-            each.pop("id", None)
-    return song
+def but_for_ids(song):
+    """The song with its ids numbered in the order of their appearance."""
+    numbers = {}
+    text = re.sub(r"[0-9A-F-]{36}", lambda found: numbers.setdefault(found[0], f"#{len(numbers)}"),
+                  json.dumps(song, sort_keys=True))
+    return json.loads(text)
 
 
-def with_ids(values, found):
-    """The expected values with the ids that the program gave."""
-    return [{**value, "id": each["id"]} for value, each in zip(values, found, strict=True)]
-
-
-def expected_song(found):
-    """The session's song, but for the ids."""
-    drums, synth = (track["id"] for track in found["tracks"])
-    beat, melody = (pattern["id"] for pattern in found["patterns"])
+def new_track(number, name, kind, color, pattern, **mix):
     flat = {"delayMix": 0, "highGainDB": 0, "lowGainDB": 0, "midGainDB": 0, "reverbMix": 0}
-    track = {"isMuted": False, "isSoloed": False, "pan": 0}
+    return {"id": some_id(number), "name": name, "kind": kind, "color": color, "selectedPatternID": some_id(pattern),
+            "volume": 0.8, "pan": 0, "isMuted": False, "isSoloed": False, "fx": flat, **mix}
+
+
+def new_pattern(number, track, *notes):
+    return {"id": some_id(number), "trackID": some_id(track), "name": "Pattern 1", "lengthBeats": 4,
+            "notes": list(notes)}
+
+
+def new_clip(number, track, pattern, start, length=4):
+    return {"id": some_id(number), "trackID": some_id(track), "source": {"pattern": {"_0": some_id(pattern)}},
+            "startBeat": start, "lengthBeats": length}
+
+
+def new_song(name, **parts):
+    return {"id": some_id(0), "name": name, "bpm": 128, "masterVolume": 0.9, "audioAssets": [], "tracks": [],
+            "patterns": [], "clips": [], **parts}
+
+
+def song_by_hand():
     hits = [note(PITCHES[hit[0]], (hit[1] - 1) / 4, 120 if hit == ACCENT else 100) for hit in BEAT if hit != MISTAKE]
     tones = [note(71, 0), note(67, 1.5), note(67, 2, duration=0.75)]
-    return {
-        "id": found["id"], "name": "Untitled Beat", "bpm": 128, "masterVolume": 0.9, "audioAssets": [],
-        "tracks": [
-            {**track, "id": drums, "name": "Drums 1", "kind": {"drums": {}}, "color": "blue",
-             "selectedPatternID": beat, "volume": 0.8, "fx": {**flat, "lowGainDB": 12}},
-            {**track, "id": synth, "name": "Synth 1", "kind": {"synth": {"_0": "keys"}}, "color": "orange",
-             "selectedPatternID": melody, "volume": 0.3, "fx": flat}],
-        "patterns": [
-            {"id": beat, "trackID": drums, "name": "Pattern 1", "lengthBeats": 4,
-             "notes": with_ids(hits, found["patterns"][0]["notes"])},
-            {"id": melody, "trackID": synth, "name": "Pattern 1", "lengthBeats": 4,
-             "notes": with_ids(tones, found["patterns"][1]["notes"])}],
-        "clips": with_ids(
-            [{"trackID": drums, "source": {"pattern": {"_0": beat}}, "startBeat": 0, "lengthBeats": 8},
-             {"trackID": synth, "source": {"pattern": {"_0": melody}}, "startBeat": 2, "lengthBeats": 4}],
-            found["clips"])}
+    drums = new_track(1, "Drums 1", {"drums": {}}, "blue", 100)
+    drums["fx"]["lowGainDB"] = 12
+    return new_song("Untitled Beat",
+                    tracks=[drums, new_track(2, "Synth 1", {"synth": {"_0": "keys"}}, "orange", 200, volume=0.3)],
+                    patterns=[new_pattern(100, 1, *hits), new_pattern(200, 2, *tones)],
+                    clips=[new_clip(11, 1, 100, 0, 8), new_clip(12, 2, 200, 2)])
 
 
 class EditingTest(StudioCase):
@@ -151,15 +160,16 @@ class EditingTest(StudioCase):
         self.turn_knobs()
         self.await_song(lambda song: song["tracks"][1]["volume"] < 0.8, "the last change is saved")
         song = self.song()
-        expected = expected_song(song)
-        self.assertEqual(song, expected)
-
-        project = self.desktop.folder / "expected" / song["id"]
-        project.mkdir(parents=True)
-        (project / "song.json").write_text(json.dumps(expected))
-        sound = self.render(project)
+        self.assertEqual(but_for_ids(song), but_for_ids(song_by_hand()))
+        sound = self.render_song(song_by_hand())
         self.assertGreater(len(set(sound)), 200, "the render is no silence")
         self.assertEqual(self.render(self.desktop.projects / song["id"]), sound)
+
+    def render_song(self, song):
+        project = self.desktop.folder / "expected" / song["id"]
+        project.mkdir(parents=True)
+        (project / "song.json").write_text(json.dumps(song))
+        return self.render(project)
 
     def hear(self, key):
         """The pitch in Hz of what is heard once the key is pressed, and not before."""
@@ -174,38 +184,117 @@ class EditingTest(StudioCase):
         tone = samples[onset:onset + Recording.RATE // 5]
         return int(numpy.argmax(numpy.abs(numpy.fft.rfft(tone * numpy.hanning(len(tone)), Recording.RATE))))
 
-    def test_a_screen_reader_edits_the_song(self):
-        expected = self.song()
-        drums, chords = expected["tracks"]
-        beat, melody = (pattern["notes"] for pattern in expected["patterns"])
-        clips = expected["clips"]
-        kick = cell("Kick", 1)
-        steps = [  # of an element an action or a number, and what it makes of the song
-            (kick, "Toggle", lambda: beat.pop(0)),
-            (kick, "Toggle", lambda: beat.append(note(36, 0))),
-            (kick, "Increase", lambda: beat[-1].update(velocity=108)),
-            (kick, 64, lambda: beat[-1].update(velocity=64)),
-            ("Chords, Pad track", "Press", None),
-            ("Synth preset", "Increase", lambda: chords["kind"]["synth"].update(_0="lead")),
-            ("Add Note", "Press", lambda: melody.append(note(60, 0))),
-            ("C4, beat 1.00", "Move up a semitone", lambda: melody[-1].update(pitch=61)),
-            ("C♯4, beat 1.00", "Delete", lambda: melody.pop()),
-            ("Clip on Drums, beat 1", "Press", None),
-            ("Start", "Increase", lambda: clips[0].update(startBeat=1)),
-            ("Clip on Drums, beat 2", "Delete", lambda: clips.pop(0)),
-            ("Mute Chords", "Toggle", lambda: chords.update(isMuted=True)),
-            ("Unmute Chords", "Toggle", lambda: chords.update(isMuted=False)),
-            ("Solo Drums", "Toggle", lambda: drums.update(isSoloed=True)),
-            ("Mixer", "Press", None),
-            ("Drums LOW", 6, lambda: drums["fx"].update(lowGainDB=6)),
-            ("Chords pan", "Decrease", lambda: chords.update(pan=-0.02)),
-            ("Master volume", 0.5, lambda: expected.update(masterVolume=0.5)),
-        ]
-        for name, doing, change in steps:
-            if change:
-                change()
+    def await_expected(self, expected, what):
+        try:
+            self.await_song(lambda song: but_for_ids(song) == but_for_ids(expected), what)
+        except AssertionError:
+            self.assertEqual(but_for_ids(self.song()), but_for_ids(expected), what)
+
+    def follow(self, steps, expected):
+        """Does each step: of an element an action or a number, and what it makes of the song."""
+        for name, doing, *change in steps:
+            for each in change:
+                each()
             self.act(name, doing) if isinstance(doing, str) else self.set_number(name, doing)
-            self.await_song(lambda song: without_note_ids(song) == without_note_ids(expected), f"{name}: {doing}")
+            if change:
+                self.await_expected(expected, f"{name}: {doing}")
+
+    def test_a_screen_reader_makes_a_song_from_nothing(self):
+        expected = new_song("By Ear")
+        tracks, patterns, clips = (expected[part] for part in ("tracks", "patterns", "clips"))
+        self.follow([("File", "ShowMenu"), ("New Project", "Press")], expected)
+        await_that(lambda: self.read()["Rename project"]["description"] == "Untitled Beat", "the new project is open")
+        self.act("Rename project", "Press")
+        self.write("Project name", "By Ear")
+        self.follow([("Rename", "Press"), ("Track", "ShowMenu"), ("Delete Track", "Press", lambda: None)], expected)
+
+        drums = new_track(1, "Drums 1", {"drums": {}}, "blue", 100)
+        hits = new_pattern(100, 1)
+        beat = hits["notes"]
+        snare = cell("Snare", 9)
+        self.follow([
+            ("Add track", "Press"),
+            ("Drums", "Press", lambda: (tracks.append(drums), patterns.append(hits))),
+            (cell("Kick", 5), "Toggle", lambda: beat.append(note(36, 1))),
+            (cell("Kick", 12), "Toggle", lambda: beat.append(note(36, 2.75))),
+            (snare, "Toggle", lambda: beat.append(note(38, 2))),
+            (snare, "Increase", lambda: beat[-1].update(velocity=108)),
+            (snare, 64, lambda: beat[-1].update(velocity=64)),
+            (cell("Kick", 12), "Toggle", lambda: beat.pop(1)),
+        ], expected)
+
+        synth = new_track(2, "Synth 1", {"synth": {"_0": "keys"}}, "orange", 200)
+        melody = new_pattern(200, 2)
+        tones = melody["notes"]
+        self.follow([
+            ("Add track", "Press"),
+            ("Keys", "Press", lambda: (tracks.append(synth), patterns.append(melody))),
+            ("Synth preset", "Decrease", lambda: synth["kind"]["synth"].update(_0="lead")),
+            ("Add Note", "Press", lambda: tones.append(note(60, 0))),
+            ("C4, beat 1.00", "Delete", lambda: tones.pop()),
+            ("Add Note", "Press", lambda: tones.append(note(60, 0))),
+            ("C4, beat 1.00", "Move up a semitone", lambda: tones[0].update(pitch=61)),
+            ("C♯4, beat 1.00", "Move later", lambda: tones[0].update(startBeat=0.25)),
+            ("C♯4, beat 1.25", "Move later", lambda: tones[0].update(startBeat=0.5)),
+            ("Lengthen", "Press", lambda: tones[0].update(durationBeats=0.5)),
+            ("Note velocity", 90, lambda: tones[0].update(velocity=90)),
+            ("Add Note", "Press", lambda: tones.append(note(60, 0))),
+            ("Pitch", 67, lambda: tones[1].update(pitch=67)),
+        ], expected)
+
+        bass = new_track(3, "Synth 2", {"synth": {"_0": "bass"}}, "red", 300)
+        line = new_pattern(300, 3)
+        self.follow([
+            ("Add track", "Press"),
+            ("Bass", "Press", lambda: (tracks.append(bass), patterns.append(line))),
+            ("Add Note", "Press", lambda: line["notes"].append(note(60, 0))),
+            ("Place Pattern", "Press", lambda: clips.append(new_clip(13, 3, 300, 0))),
+            ("Mute Synth 2", "Toggle", lambda: bass.update(isMuted=True)),
+            ("Drums 1, Drums track", "Press"),
+            ("Place Pattern", "Press", lambda: clips.append(new_clip(11, 1, 100, 0))),
+            ("Beats", 8, lambda: clips[1].update(lengthBeats=8)),
+            ("Synth 1, Lead track", "Press"),
+            ("Timeline position", 6),
+            ("Place Pattern", "Press", lambda: clips.append(new_clip(12, 2, 200, 6))),
+            ("Start", "Decrease", lambda: clips[2].update(startBeat=5)),
+            ("Place Pattern", "Press", lambda: clips.append(new_clip(14, 2, 200, 6))),
+            ("Clip on Synth 1, beat 7", "Delete", lambda: clips.pop()),
+            ("Loop", "Press"),
+            ("End beat", 8),
+            ("Start beat", 4, lambda: expected.update(loop={"startBeat": 4, "endBeat": 8})),
+        ], expected)
+        self.studio.press("Escape")
+
+        self.follow([
+            ("Mixer", "Press"),
+            ("Drums 1 LOW", 6, lambda: drums["fx"].update(lowGainDB=6)),
+            ("Synth 1 DELAY", 0.5, lambda: synth["fx"].update(delayMix=0.5)),
+            ("Synth 1 REVERB", 0.25, lambda: synth["fx"].update(reverbMix=0.25)),
+            ("Synth 1 volume", 0.5, lambda: synth.update(volume=0.5)),
+            ("Synth 1 pan", -0.5, lambda: synth.update(pan=-0.5)),
+            ("Solo Drums 1", "Toggle", lambda: drums.update(isSoloed=True)),
+            ("Solo Drums 1", "Toggle", lambda: drums.update(isSoloed=False)),
+            ("Master volume", 0.75, lambda: expected.update(masterVolume=0.75)),
+        ], expected)
+        self.assert_export(expected)
+
+    def assert_export(self, expected):
+        exported = self.desktop.folder / "By Ear.wav"
+        self.follow([("Project actions", "Press"), ("Export WAV", "Press")], expected)
+        self.write("File name:", str(exported))
+        self.act("Save", "Press")
+        await_that(exported.exists, "the exported file")
+        sound = exported.read_bytes()
+        self.assertEqual(sound, self.render_song(expected))
+
+        with wave.open(str(exported)) as file:
+            rate, width = file.getframerate(), file.getnchannels()
+            samples = numpy.frombuffer(file.readframes(file.getnframes()), "<i2").reshape(-1, width)
+        frames = int(60 / expected["bpm"] * rate)  # of a beat
+        self.assertEqual(numpy.abs(samples[:frames]).max(), 0, "what is muted is silent")
+        for beat in (1, 2, 5, 5.5, 6):
+            start = round(beat * frames)
+            self.assertGreater(numpy.abs(samples[start:start + frames // 4]).max(), LOUD * 2 ** 15, f"beat {beat}")
 
     def test_a_screen_reader_plays_the_keyboard(self):
         self.act("Chords, Pad track", "Press")

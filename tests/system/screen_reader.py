@@ -3,6 +3,7 @@
 usage: screen_reader.py list                  every visible element as a JSON line: role, name, value, box, actions
        screen_reader.py act NAME ACTION       runs the action on the first visible element of the name that has it
        screen_reader.py set NAME VALUE        sets the element's number
+       screen_reader.py write NAME TEXT       replaces the text of the field
 """
 
 import json
@@ -71,10 +72,15 @@ def set_number(name, number):
     Atspi.Value.set_current_value(element.get_value_iface(), float(number))
 
 
+def write(name, text):
+    element = find(name, lambda element: element.get_editable_text_iface())
+    Atspi.EditableText.set_text_contents(element.get_editable_text_iface(), text)
+
+
 def show_all():
     for application in applications():
         for element in elements(application):
             print(json.dumps(described(element)))
 
 
-{"list": show_all, "act": act, "set": set_number}[sys.argv[1]](*sys.argv[2:])
+{"list": show_all, "act": act, "set": set_number, "write": write}[sys.argv[1]](*sys.argv[2:])

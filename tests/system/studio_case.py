@@ -38,6 +38,9 @@ class StudioCase(unittest.TestCase):
     def set_number(self, name, number):
         await_that(lambda: self.screen_reader("set", name, str(number)).returncode == 0, f"{name}: {number}")
 
+    def write(self, name, text):
+        await_that(lambda: self.screen_reader("write", name, text).returncode == 0, f"{name}: {text}")
+
     def await_name(self, name, seconds=20.0):
         return await_that(lambda: self.read().get(name), name, seconds)
 

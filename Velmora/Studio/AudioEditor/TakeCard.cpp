@@ -4,7 +4,6 @@
 #include <QFile>
 #include <QFileDialog>
 #include <QPainter>
-#include <QPushButton>
 #include <QStandardPaths>
 
 #include "Velmora/Theme/Paint.h"
@@ -95,14 +94,11 @@ void TakeCard::saveCopy(const std::filesystem::path& target) {
 
 void TakeCard::askToDiscard() {
   if (confirmsDiscard()) return;
-  question_ = new QMessageBox(window());
-  question_->setAttribute(Qt::WA_DeleteOnClose);
-  question_->setWindowTitle("Discard Recorded Take?");
-  question_->setText("Discard Recorded Take?");
-  question_->setInformativeText("The unsaved recording will be removed from this device.");
-  const QAbstractButton* const discard = question_->addButton("Discard", QMessageBox::DestructiveRole);
-  question_->setDefaultButton(question_->addButton("Cancel", QMessageBox::RejectRole));
-  connect(discard, &QAbstractButton::clicked, this, [this] { model_.discardPendingTake(); });
+  question_ = new ConfirmationSheet({.title = "Discard Recorded Take?",
+                                     .message = "The unsaved recording will be removed from this device.",
+                                     .destructive = "Discard"},
+                                    window());
+  connect(question_, &QDialog::accepted, this, [this] { model_.discardPendingTake(); });
   question_->open();
 }
 

@@ -1,13 +1,13 @@
 #pragma once
 
 #include <QBoxLayout>
-#include <QMessageBox>
 #include <QPointer>
 #include <QWidget>
 #include <filesystem>
 
 #include "Velmora/Model/AppModel.h"
 #include "Velmora/Theme/CommandButton.h"
+#include "Velmora/Theme/ConfirmationSheet.h"
 #include "Velmora/Theme/TextLabel.h"
 
 namespace velmora {
@@ -37,7 +37,7 @@ class TakeCard final : public QWidget {
   CommandButton retry_;
   CommandButton saveOriginal_;
   CommandButton discard_;
-  QPointer<QMessageBox> question_;
+  QPointer<ConfirmationSheet> question_;
   QPointer<QDialog> copyDialog_;
 };
 

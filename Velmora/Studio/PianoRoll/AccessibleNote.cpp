@@ -21,6 +21,8 @@ const auto& actionRows() {
       {"Delete", [](auto& canvas, auto& id) { canvas.commands().remove(id); }},
       {"Move up a semitone", [](auto& canvas, auto& id) { canvas.commands().transpose(id, 1); }},
       {"Move down a semitone", [](auto& canvas, auto& id) { canvas.commands().transpose(id, -1); }},
+      {"Move earlier", [](auto& canvas, auto& id) { canvas.commands().shift(id, -stepLengthBeats); }},
+      {"Move later", [](auto& canvas, auto& id) { canvas.commands().shift(id, stepLengthBeats); }},
       {QAccessibleActionInterface::setFocusAction(),
        [](auto& canvas, auto& id) {
          canvas.setFocus();

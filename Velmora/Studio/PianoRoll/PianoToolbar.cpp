@@ -1,5 +1,6 @@
 #include "Velmora/Studio/PianoRoll/PianoToolbar.h"
 
+#include <QAbstractItemView>
 #include <QComboBox>
 #include <QHBoxLayout>
 #include <QPainter>
@@ -56,6 +57,7 @@ void PianoToolbar::addPresets() {
   presets_ = new QComboBox(this);
   presets_->setObjectName("piano.preset");
   presets_->setAccessibleName(tr("Synth preset"));
+  presets_->view()->setAccessibleName(tr("Synth preset"));
   presets_->setToolTip(tr("Synth preset"));
   presets_->setFocusPolicy(Qt::TabFocus);
   for (const SynthPreset preset : allSynthPresets()) presets_->addItem(textOf(label(preset)));

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "Velmora/Studio/Shell/RootLayout.h"
+#include "Velmora/Theme/FocusOrder.h"
 #include "Velmora/Theme/Theme.h"
 
 namespace velmora {
@@ -51,6 +52,11 @@ void RootView::resizeEvent(QResizeEvent*) {
   layout()->activate();
   audioProgress_.place(workspace_.geometry());
   banner_.place();
+}
+
+bool RootView::focusNextPrevChild(bool next) {
+  orderFocusByPlace(*this);
+  return QWidget::focusNextPrevChild(next);
 }
 
 /// The first painting is what the user has waited for; what takes time starts after it.

@@ -28,6 +28,7 @@ class RootView : public QWidget {
   std::function<bool()> isInFront;  ///< whether sheets of the whole application are this window's to show
 
  protected:
+  bool focusNextPrevChild(bool next) override;
   void paintEvent(QPaintEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
 

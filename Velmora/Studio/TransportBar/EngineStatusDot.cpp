@@ -35,7 +35,7 @@ int wordWidth(const Look& look) {
 
 EngineStatusDot::EngineStatusDot(QWidget* parent) : QWidget(parent) {
   setObjectName("transport.engine");
-  Spoken::attach(*this, {.role = QAccessible::Indicator});
+  Spoken::attach(*this, {.role = QAccessible::StaticText});
   showState();
 }
 

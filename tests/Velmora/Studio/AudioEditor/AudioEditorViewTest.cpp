@@ -218,21 +218,19 @@ TEST_F(AudioEditorViewTest, AsksBeforeATakeIsDiscarded) {
   record();
   bench_.microphone->end(false);
   ASSERT_TRUE(spinUntil([&] { return model_.pendingTake().has_value(); }));
-  const auto answer = [this](const QString& text) {
+  const auto answer = [this](const char* button) {
     click("audio.take.discard");
     EXPECT_TRUE(view_->confirmsDiscard());
-    auto* const question = dynamic_cast<QMessageBox*>(QApplication::activeModalWidget());
+    auto* const question = dynamic_cast<QDialog*>(QApplication::activeModalWidget());
     ASSERT_TRUE(question);
-    EXPECT_EQ(question->text() + '|' + question->informativeText(),
+    EXPECT_EQ(question->windowTitle() + '|' + question->accessibleDescription(),
               "Discard Recorded Take?|The unsaved recording will be removed from this device.");
-    for (QAbstractButton* const button : question->buttons()) {
-      if (button->text() == text) QTest::mouseClick(button, Qt::LeftButton);
-    }
+    QTest::mouseClick(question->findChild<QAbstractButton*>(button), Qt::LeftButton);
     EXPECT_TRUE(spinUntil([&] { return !view_->confirmsDiscard(); }));
   };
-  answer("Cancel");
+  answer("confirmation.cancel");
   EXPECT_TRUE(model_.pendingTake() && fs::exists(bench_.microphone->file));
-  answer("Discard");
+  answer("confirmation.accept");
   EXPECT_FALSE(model_.pendingTake() || fs::exists(bench_.microphone->file));
   EXPECT_TRUE(words().starts_with("Import Audio|Record|"));
 }

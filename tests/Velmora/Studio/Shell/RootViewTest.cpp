@@ -22,21 +22,6 @@ class RootViewTest : public testing::ShellBench {
     }
     return text;
   }
-
-  /// Whatever the keyboard reaches tells screen readers its name, its role and what can be done with it.
-  void expectSpoken(const QWidget& window) {
-    for (QWidget* widget : window.findChildren<QWidget*>()) {
-      if (widget->focusPolicy() == Qt::NoFocus || !widget->isVisible() || widget->window() != &window)
-        continue;
-      QAccessibleInterface* spoken = QAccessible::queryAccessibleInterface(widget);
-      const std::string name = (widget->objectName() + " of " + window.objectName()).toStdString();
-      EXPECT_FALSE(spoken->text(QAccessible::Name).isEmpty()) << name;
-      EXPECT_NE(spoken->role(), QAccessible::Client) << name;
-      if (spoken->role() == QAccessible::List) continue;  // its rows are what can be acted on
-      ASSERT_TRUE(spoken->actionInterface()) << name;
-      EXPECT_FALSE(spoken->actionInterface()->actionNames().isEmpty()) << name;
-    }
-  }
 };
 
 TEST_F(RootViewTest, ChangesTheWorkspaceByWhatFitsTheWindow) {
@@ -193,26 +178,6 @@ TEST_F(RootViewTest, TellsTheVersionAndOpensTheTexts) {
   EXPECT_TRUE(BundledTextView::load("Privacy").contains("microphone"));
   EXPECT_TRUE(BundledTextView::load("ThirdPartyNotices").contains("SIL Open Font License"));
   EXPECT_EQ(BundledTextView::load("Missing"), "This document could not be opened.");
-}
-
-TEST_F(RootViewTest, TellsScreenReadersWhatTheKeyboardReaches) {
-  for (const QSize size : {QSize(540, 480), QSize(700, 480), QSize(800, 600), QSize(1000, 600)}) {
-    ASSERT_TRUE(resizeContent(size));
-    expectSpoken(*window_);
-  }
-  AboutView about(window_);
-  about.setAttribute(Qt::WA_DeleteOnClose, false);
-  about.show();
-  expectSpoken(about);
-  QTest::mouseClick(about.findChild<QWidget*>("about.Privacy"), Qt::LeftButton);
-  expectSpoken(about);
-  EXPECT_EQ(about.windowTitle(), "Privacy Policy");
-  about.close();
-  click("header.rename");
-  expectSpoken(*find("rename"));
-  click("rename.cancel");
-  click("header.projects");
-  expectSpoken(*find("library"));
 }
 
 }  // namespace

@@ -4,17 +4,22 @@
 #include <QMenuBar>
 #include <QSettings>
 #include <QTest>
+#include <functional>
 #include <gtest/gtest.h>
+#include <utility>
 
 #include "Velmora/Studio/Shell/WindowGroup.h"
 #include "tests/support/ModelBench.h"
 
 namespace velmora::testing {
 
-/// The studio's windows over a real model and store; the views of the workspaces are labels with their names.
+/// The studio's windows over a real model and store; the views of the workspaces are labels with their names
+/// unless somebody makes others.
 class ShellBench : public ::testing::Test {
  protected:
-  ShellBench() {
+  using MakeViews = std::function<WorkspaceViews(AppModel&)>;
+
+  explicit ShellBench(MakeViews makeViews = labels) : makeViews_(std::move(makeViews)) {
     QSettings("Orrin", "Velmora").clear();
     start();
     EXPECT_TRUE(spinUntil([&] { return model().isEngineRunning(); }));
@@ -64,6 +69,7 @@ class ShellBench : public ::testing::Test {
     return spinUntil([&] { return find("root")->size() == size; });
   }
 
+  const MakeViews makeViews_;
   ModelBench bench_;
   bool isTerminated_ = false;
   bool wasLoadedWhenShown_ = true;
@@ -71,7 +77,7 @@ class ShellBench : public ::testing::Test {
   MainWindow* window_ = nullptr;
 
  private:
-  ShellServices services() {
+  static WorkspaceViews labels(AppModel&) {
     const auto label = [](const char* name) {
       return [name](QWidget* parent) {
         auto* view = new QLabel(name, parent);
@@ -79,8 +85,12 @@ class ShellBench : public ::testing::Test {
         return view;
       };
     };
+    return {label("arrangement"), label("patternEditor"), label("mixer")};
+  }
+
+  ShellServices services() {
     ShellServices services;
-    services.views = {label("arrangement"), label("patternEditor"), label("mixer")};
+    services.views = makeViews_(model());
     services.fileDialogOptions = QFileDialog::DontUseNativeDialog;
     services.terminate = [this] { isTerminated_ = true; };
     return services;

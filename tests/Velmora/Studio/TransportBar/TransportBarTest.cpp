@@ -209,7 +209,7 @@ TEST_F(TransportBarTest, SpeaksForItself) {
       {"transport.position", "Position", QAccessible::StaticText, "Bar 1, beat 1, step 1"},
       {"transport.tempo", "Tempo", QAccessible::SpinBox, "128 BPM"},
       {"transport.mode", "Playback mode", QAccessible::Grouping, "Song"},
-      {"transport.engine", "Audio engine stopped", QAccessible::Indicator, ""},
+      {"transport.engine", "Audio engine stopped", QAccessible::StaticText, ""},
   };
   for (const auto& row : rows) {
     EXPECT_EQ(spoken(row.piece).text(QAccessible::Name), row.name);
