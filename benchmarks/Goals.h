@@ -22,6 +22,12 @@ void measureModel(Report& report);
 /// What the views paint and how they follow a hand.
 void measureViews(Report& report);
 
+/// The window as it is resized, and the library of many projects.
+void measureShell(Report& report);
+
+/// The windows of the online services.
+void measureOnline(Report& report);
+
 /// The overview of a long sound file, and drawing it.
 void measureWaveform(Report& report);
 

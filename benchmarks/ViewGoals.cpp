@@ -1,4 +1,3 @@
-#include <QApplication>
 #include <QEventLoop>
 #include <QMouseEvent>
 #include <QTimer>
@@ -12,8 +11,8 @@
 #include "Velmora/Studio/PianoRoll/PianoEditorView.h"
 #include "Velmora/Studio/PianoRoll/PianoRollCanvasView.h"
 #include "Velmora/Studio/StepGrid/StepGridView.h"
-#include "Velmora/Theme/Theme.h"
 #include "benchmarks/Goals.h"
+#include "benchmarks/Views.h"
 #include "benchmarks/support/LargeSongs.h"
 #include "benchmarks/support/Measure.h"
 #include "tests/support/HandDrivenOutput.h"
@@ -23,7 +22,6 @@ namespace velmora::benchmarks {
 namespace {
 
 constexpr int frames = 200;
-constexpr double frameAtSixty = 1.0 / 60;
 
 /// A song opened as the window opens it, with an output that is pulled by hand.
 struct Studio {
@@ -38,32 +36,14 @@ struct Studio {
   AppModel model;
 };
 
-void open(QWidget& view, QSize size) {
-  view.resize(size);
-  view.show();
-  QCoreApplication::processEvents();
-}
-
 /// The median of what one step takes until all that it changed is painted.
 template <class Step>
 Amount stepTime(const Step& step) {
-  std::vector<double> times;
-  times.reserve(frames);
-  for (int frame = 0; frame < frames; ++frame) {
-    times.push_back(elapsed(CLOCK_MONOTONIC, [&] {
-      step(frame);
-      QCoreApplication::processEvents();
-    }));
-  }
-  return Amount::seconds(median(std::move(times)));
+  return Amount::seconds(median(stepTimes(frames, step)));
 }
 
 Amount paintTime(QWidget& canvas) {
   return stepTime([&](int) { canvas.repaint(); });
-}
-
-void addFigure(Report& report, const std::string& name, Amount figure, double goal) {
-  report.add(name, figure, Amount::seconds(goal), Goal::figure(goal));
 }
 
 /// To and fro by a point a step.
@@ -183,12 +163,7 @@ void measureMeters(Report& report) {
 }  // namespace
 
 void measureViews(Report& report) {
-  qputenv("QT_QPA_PLATFORM", "offscreen");
-  int count = 1;
-  char name[] = "GoalsBenchmark";
-  char* arguments[] = {name, nullptr};
-  const QApplication application(count, arguments);
-  Theme::install();
+  offscreenApplication();
   measureGrid(report);
   measurePianoRoll(report);
   Studio full(songWithMillionEvents());

@@ -1,4 +1,3 @@
-#include <QApplication>
 #include <QImage>
 #include <cmath>
 #include <cstddef>
@@ -8,6 +7,7 @@
 #include "Waveform/Peaks.h"
 #include "Waveform/Waveform.h"
 #include "benchmarks/Goals.h"
+#include "benchmarks/Views.h"
 #include "benchmarks/support/Measure.h"
 
 namespace velmora::benchmarks {
@@ -38,10 +38,6 @@ Amount medianTime(int count, const Body& body) {
   return Amount::seconds(median(std::move(times)));
 }
 
-void addFigure(Report& report, const char* name, Amount figure, double goal) {
-  report.add(name, figure, Amount::seconds(goal), Goal::figure(goal));
-}
-
 /// Into the pixels of a window that was there before, as the desktop has it.
 Amount drawingTime(const std::shared_ptr<const waveform::SampleBuffer>& buffer) {
   waveform::Waveform view;
@@ -59,11 +55,7 @@ Amount drawingTime(const std::shared_ptr<const waveform::SampleBuffer>& buffer) 
 }  // namespace
 
 void measureWaveform(Report& report) {
-  qputenv("QT_QPA_PLATFORM", "offscreen");
-  int count = 1;
-  char name[] = "GoalsBenchmark";
-  char* arguments[] = {name, nullptr};
-  const QApplication application(count, arguments);
+  offscreenApplication();
   const AudioSample sample = tone();
   std::shared_ptr<const waveform::SampleBuffer> buffer;
   const Amount overview = medianTime(overviews, [&] {
