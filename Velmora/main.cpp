@@ -16,6 +16,7 @@
 #include "Platform/Tasks/SignalWatcher.h"
 #include "Velmora/Model/AppModel.h"
 #include "Velmora/Model/ChangeListener.h"
+#include "Velmora/Online/OnlineWindows.h"
 #include "Velmora/Studio/Arrangement/ArrangementView.h"
 #include "Velmora/Studio/AudioEditor/AudioEditorView.h"
 #include "Velmora/Studio/Mixer/MixerView.h"
@@ -62,13 +63,18 @@ PatternEditors patternEditors(AppModel& model) {
                             QWidget* parent) { return new AudioEditorView(model, trackID, parent); }};
 }
 
-ShellServices services(AppModel& model) {
+ShellServices shellServices(AppModel& model, OnlineWindows& online) {
   ShellServices services;
   services.views.arrangement = [&model](QWidget* parent) { return new ArrangementView(model, parent); };
   services.views.patternEditor = [&model](QWidget* parent) {
     return new PatternEditorView(model, patternEditors(model), parent);
   };
   services.views.mixer = [&model](QWidget* parent) { return new MixerView(model, parent); };
+  services.contentAppeared = [&online] { online.start(); };
+  services.checkForUpdates = [&online](QWidget* window) { online.checkForUpdates(window); };
+  services.showAccount = [&online](QWidget* window) { online.showAccount(window); };
+  services.showCommunity = [&online](QWidget* window) { online.showCommunity(window); };
+  services.accountEntry = [&online] { return online.accountEntry(); };
   return services;
 }
 
@@ -104,13 +110,17 @@ int main(int count, char** arguments) {
   Theme::install();
   QGuiApplication::setWindowIcon(windowIcon());
 
-  SilentTelemetry telemetry;
+  OnlineServices services;
   ProjectStore projectStore;
   AppModel::Devices devices{
       std::make_unique<platform::CubebOutput>(), std::make_unique<platform::CubebInput>(),
       [](const char* reason) { return std::make_shared<platform::SleepInhibitor>(reason); }};
-  AppModel model(Song::demo(), &projectStore, std::move(devices), telemetry);
-  WindowGroup windows(model, services(model));
+  AppModel model(Song::demo(), &projectStore, std::move(devices), services.telemetry);
+  std::function<void()> quit;
+  OnlineWindows online(
+      model, services, [&quit] { quit(); }, [] { return std::make_unique<platform::CubebOutput>(); });
+  WindowGroup windows(model, shellServices(model, online));
+  quit = [&windows] { windows.quit(); };
   platform::MediaPlayerService mediaKeys(QGuiApplication::desktopFileName(), mediaCommands(model, windows));
   const ChangeListener mediaListener([&] { mediaKeys.setState(mediaState(model)); }, model.isPlaying,
                                      model.playheadRevision, model.song);
@@ -118,5 +128,7 @@ int main(int count, char** arguments) {
   const platform::SignalWatcher signals({SIGTERM, SIGINT, SIGHUP}, [&](int) { windows.quitSoon(); });
   instance.setOnCall([&] { windows.bringToFront(); });
   windows.open();
-  return QApplication::exec();
+  const int status = QApplication::exec();
+  online.finish();
+  return status;
 }

@@ -6,6 +6,7 @@
 #include <sndfile.h>
 #include <string>
 #include <string_view>
+#include <sys/mman.h>
 
 #include "Platform/Audio/VectorClones.h"
 #include "Platform/Files/FileDescriptor.h"
@@ -81,6 +82,18 @@ SF_VIRTUAL_IO transfers{byteCountOf, seek, readBytes, writeBytes, tell};
 FileDescriptor openForWriting(const std::filesystem::path& path) {
   FileDescriptor file(::open(path.c_str(), O_RDWR | O_CREAT | O_TRUNC | O_CLOEXEC, 0666));
   if (!file) throw FileError(path, errno);
+  return file;
+}
+
+FileDescriptor fileInMemory(std::string_view bytes, const std::filesystem::path& name) {
+  FileDescriptor file(::memfd_create("sound", MFD_CLOEXEC));
+  while (file && !bytes.empty()) {
+    const ssize_t written = ::write(file.number(), bytes.data(), bytes.size());
+    if (written < 0 && errno == EINTR) continue;
+    if (written <= 0) throw FileError(name, errno);
+    bytes.remove_prefix(static_cast<std::size_t>(written));
+  }
+  if (!file || ::lseek(file.number(), 0, SEEK_SET) != 0) throw FileError(name, errno);
   return file;
 }
 
@@ -161,6 +174,9 @@ void SoundStream::fail(std::string_view words) const {
 
 AudioFileReader::AudioFileReader(const std::filesystem::path& path)
     : stream_(std::make_unique<SoundStream>(path, openForReading(path), SFM_READ, SF_INFO{})) {}
+
+AudioFileReader::AudioFileReader(std::string_view bytes, const std::filesystem::path& name)
+    : stream_(std::make_unique<SoundStream>(name, fileInMemory(bytes, name), SFM_READ, SF_INFO{})) {}
 
 AudioFileReader::~AudioFileReader() = default;
 

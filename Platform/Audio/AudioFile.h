@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <memory>
 #include <span>
+#include <string_view>
 #include <vector>
 
 namespace platform {
@@ -17,6 +18,10 @@ class AudioFileReader {
  public:
   /// Refuses anything but a regular file.
   explicit AudioFileReader(const std::filesystem::path& path);
+
+  /// Reads what lies in memory, of which it takes a copy. `name` is what errors call it.
+  AudioFileReader(std::string_view bytes, const std::filesystem::path& name);
+
   ~AudioFileReader();
 
   int sampleRate() const;    ///< Hz

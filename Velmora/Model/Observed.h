@@ -8,8 +8,8 @@ namespace velmora {
 
 class AppModel;
 
-/// A field that views watch and only the object that owns it writes: a new value tells the notifiers, an equal
-/// one doesn't.
+/// A field that views watch and only the object that owns it writes: a new value tells the notifiers, an
+/// equal one doesn't.
 template <class Value, class Owner = AppModel>
 class Observed {
  public:
@@ -33,11 +33,11 @@ class Observed {
 };
 
 /// A field that views write, too: what is open, what is shown.
-template <class Value>
-class Shared : public Observed<Value> {
+template <class Value, class Owner = AppModel>
+class Shared : public Observed<Value, Owner> {
  public:
-  using Observed<Value>::Observed;
-  using Observed<Value>::set;
+  using Observed<Value, Owner>::Observed;
+  using Observed<Value, Owner>::set;
 };
 
 }  // namespace velmora

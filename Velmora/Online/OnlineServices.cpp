@@ -1,0 +1,15 @@
+#include "Velmora/Online/OnlineServices.h"
+
+#include "Velmora/Online/Account/ServiceAddress.h"
+
+namespace velmora {
+
+OnlineServices::OnlineServices()
+    : endpoint(serviceEndpoint(preferences)),
+      credentials({.service = "com.halvenor.Velmora.account",
+                   .account = "apple-session",
+                   .label = "Velmora account"}),
+      telemetry(preferences, telemetrySender(client, endpoint)),
+      account(AccountAPI(client, endpoint), credentials, preferences, telemetry) {}
+
+}  // namespace velmora
