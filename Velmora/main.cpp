@@ -12,7 +12,9 @@
 #include "Platform/Audio/CubebOutput.h"
 #include "Platform/Services/FirstInstance.h"
 #include "Platform/Services/MediaPlayerService.h"
+#include "Platform/Services/MotionPreference.h"
 #include "Platform/Services/SleepInhibitor.h"
+#include "Platform/Services/UpdateInstaller.h"
 #include "Platform/Tasks/SignalWatcher.h"
 #include "Velmora/Model/AppModel.h"
 #include "Velmora/Model/ChangeListener.h"
@@ -63,14 +65,19 @@ PatternEditors patternEditors(AppModel& model) {
                             QWidget* parent) { return new AudioEditorView(model, trackID, parent); }};
 }
 
-ShellServices shellServices(AppModel& model, OnlineWindows& online) {
+ShellServices shellServices(AppModel& model, OnlineWindows& online, platform::MotionPreference& motion) {
   ShellServices services;
   services.views.arrangement = [&model](QWidget* parent) { return new ArrangementView(model, parent); };
   services.views.patternEditor = [&model](QWidget* parent) {
     return new PatternEditorView(model, patternEditors(model), parent);
   };
   services.views.mixer = [&model](QWidget* parent) { return new MixerView(model, parent); };
-  services.contentAppeared = [&online] { online.start(); };
+  services.contentAppeared = [&] {
+    online.start();
+    motion.start();
+  };
+  services.stayedOpen = [&online] { online.stayedOpen(); };
+  services.makeNotice = [&online](QWidget* parent) { return online.makeUpdateNotice(parent); };
   services.checkForUpdates = [&online](QWidget* window) { online.checkForUpdates(window); };
   services.showAccount = [&online](QWidget* window) { online.showAccount(window); };
   services.showCommunity = [&online](QWidget* window) { online.showCommunity(window); };
@@ -95,9 +102,7 @@ platform::MediaPlayerService::State mediaState(const AppModel& model) {
   return {model.isPlaying() ? playing : standing, QString::fromStdString(model.song().name)};
 }
 
-}  // namespace
-
-int main(int count, char** arguments) {
+int runStudio(int count, char** arguments, platform::UpdateInstaller& installer) {
   nameApplication();
   QApplication application(count, arguments);
   readCommandLine(application);
@@ -110,7 +115,7 @@ int main(int count, char** arguments) {
   Theme::install();
   QGuiApplication::setWindowIcon(windowIcon());
 
-  OnlineServices services;
+  OnlineServices services(installer);
   ProjectStore projectStore;
   AppModel::Devices devices{
       std::make_unique<platform::CubebOutput>(), std::make_unique<platform::CubebInput>(),
@@ -119,7 +124,8 @@ int main(int count, char** arguments) {
   std::function<void()> quit;
   OnlineWindows online(
       model, services, [&quit] { quit(); }, [] { return std::make_unique<platform::CubebOutput>(); });
-  WindowGroup windows(model, shellServices(model, online));
+  platform::MotionPreference motion(Theme::setReducesMotion);
+  WindowGroup windows(model, shellServices(model, online, motion));
   quit = [&windows] { windows.quit(); };
   platform::MediaPlayerService mediaKeys(QGuiApplication::desktopFileName(), mediaCommands(model, windows));
   const ChangeListener mediaListener([&] { mediaKeys.setState(mediaState(model)); }, model.isPlaying,
@@ -128,7 +134,15 @@ int main(int count, char** arguments) {
   const platform::SignalWatcher signals({SIGTERM, SIGINT, SIGHUP}, [&](int) { windows.quitSoon(); });
   instance.setOnCall([&] { windows.bringToFront(); });
   windows.open();
-  const int status = QApplication::exec();
-  online.finish();
+  return QApplication::exec();
+}
+
+}  // namespace
+
+/// The very last thing is an update that is ready: it takes the program's place, and may run in it.
+int main(int count, char** arguments) {
+  platform::UpdateInstaller installer;
+  const int status = runStudio(count, arguments, installer);
+  installer.finish();
   return status;
 }

@@ -43,7 +43,8 @@ function(velmora_test name)
 endfunction()
 
 # Qt tells every test its own folders by definitions, which would keep tests from sharing a header. None reads them.
-set(without_test_paths -UQT_TESTCASE_BUILDDIR -UQT_TESTCASE_SOURCEDIR)
+# The same goes for the network, which <QTest> looks for.
+set(without_test_paths -UQT_TESTCASE_BUILDDIR -UQT_TESTCASE_SOURCEDIR -UQT_NETWORK_LIB)
 
 # velmora_view_test(NAME LINKS...): a test program that drives views.
 function(velmora_view_test name)

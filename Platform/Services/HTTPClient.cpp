@@ -44,8 +44,6 @@ class Body final : public QIODevice {
   const QByteArray bytes_;
 };
 
-bool isLoopback(const QString& host) { return host == "localhost" || QHostAddress(host).isLoopback(); }
-
 /// A line's end in a header would begin another one.
 bool isOneLine(const QByteArray& text) {
   return std::ranges::none_of(text, [](char c) { return c == '\r' || c == '\n' || c == '\0'; });
@@ -54,9 +52,8 @@ bool isOneLine(const QByteArray& text) {
 /// Empty if the request may go out.
 QString refusal(const HTTPRequest& request) {
   const QUrl& url = request.url;
-  const bool isSecure = url.scheme() == "https" || (url.scheme() == "http" && isLoopback(url.host()));
   if (!url.isValid() || url.host().isEmpty()) return "The address of the server can't be used.";
-  if (!isSecure) return "The address of the server is not secure. It has to start with \"https\".";
+  if (!isSecure(url)) return "The address of the server is not secure. It has to start with \"https\".";
   for (const auto& [name, value] : request.headers)
     if (!isOneLine(name) || !isOneLine(value)) return "The request can't be sent as it is.";
   return {};
@@ -209,6 +206,13 @@ class Transfer final : public QObject {
 };
 
 }  // namespace
+
+bool isSecure(const QUrl& address) {
+  const QString host = address.host();
+  const bool isHere = host == "localhost" || QHostAddress(host).isLoopback();
+  return address.isValid() && !host.isEmpty() &&
+         (address.scheme() == "https" || (isHere && address.scheme() == "http"));
+}
 
 QCoro::Task<HTTPAnswer> HTTPClient::send(HTTPRequest request, std::stop_token stop) {
   if (stop.stop_requested()) throw Cancelled();

@@ -18,6 +18,9 @@ struct HTTPError : std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
+/// Whether nobody on the way can read along: HTTPS, or HTTP that stays on this computer.
+bool isSecure(const QUrl& address);
+
 /// One request. Nothing is added to the headers that would tell more than the transport needs.
 struct HTTPRequest {
   using Headers = std::vector<std::pair<QByteArray, QByteArray>>;

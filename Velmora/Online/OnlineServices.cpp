@@ -4,8 +4,9 @@
 
 namespace velmora {
 
-OnlineServices::OnlineServices()
-    : endpoint(serviceEndpoint(preferences)),
+OnlineServices::OnlineServices(platform::UpdateInstaller& updateInstaller)
+    : installer(updateInstaller),
+      endpoint(serviceEndpoint(preferences)),
       credentials({.service = "com.halvenor.Velmora.account",
                    .account = "apple-session",
                    .label = "Velmora account"}),

@@ -5,6 +5,7 @@
 #include "Platform/Services/HTTPClient.h"
 #include "Platform/Services/Preferences.h"
 #include "Platform/Services/SecretServiceStore.h"
+#include "Platform/Services/UpdateInstaller.h"
 #include "Velmora/Online/Account/AccountStore.h"
 #include "Velmora/Online/Account/Telemetry.h"
 
@@ -13,8 +14,10 @@ namespace velmora {
 /// What the online services share, made once for the whole process. Nothing of the network or of the desktop
 /// is asked before somebody uses it.
 struct OnlineServices {
-  OnlineServices();
+  /// The installer outlives them.
+  explicit OnlineServices(platform::UpdateInstaller& installer);
 
+  platform::UpdateInstaller& installer;
   platform::Preferences preferences;
   const QUrl endpoint;
   platform::HTTPClient client;

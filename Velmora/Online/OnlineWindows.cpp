@@ -23,7 +23,7 @@ OnlineWindows::OnlineWindows(AppModel& model, OnlineServices& services, std::fun
             studioChannel(services_.preferences),
             platform::UpdateService::Surroundings{.client = services_.client,
                                                   .preferences = services_.preferences,
-                                                  .installer = installer_,
+                                                  .installer = services_.installer,
                                                   .delegate = delegate,
                                                   .userDriver = updateWindow_,
                                                   .quit = quit_});
@@ -85,7 +85,12 @@ void OnlineWindows::presentCommunity() {
   sheet->open();
 }
 
-QWidget* OnlineWindows::makeUpdateNotice(QWidget* parent) { return new UpdateNotice(updater_, parent); }
+std::function<void(const QRect&)> OnlineWindows::makeUpdateNotice(QWidget* parent) {
+  const QPointer notice(new UpdateNotice(updater_, parent));
+  return [notice](const QRect& workspace) {
+    if (notice) notice->place(workspace);
+  };
+}
 
 QString OnlineWindows::accountEntry() const {
   return services_.account.session() ? "Velmora Account" : "Sign In…";

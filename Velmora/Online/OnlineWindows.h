@@ -5,7 +5,6 @@
 #include <QWidget>
 #include <functional>
 
-#include "Platform/Services/UpdateInstaller.h"
 #include "Velmora/Model/AppModel.h"
 #include "Velmora/Online/Community/CommunityStore.h"
 #include "Velmora/Online/OnlineServices.h"
@@ -29,12 +28,13 @@ class OnlineWindows final : public QObject {
   void showAccount(QWidget* window);
   void showCommunity(QWidget* window);
   void checkForUpdates(QWidget* window);
-  QWidget* makeUpdateNotice(QWidget* parent);
+  /// Makes the card of updates; gives what is to be told the place of the parent's workspace.
+  std::function<void(const QRect& workspace)> makeUpdateNotice(QWidget* parent);
   /// The account's text in a menu.
   QString accountEntry() const;
 
-  /// The last thing that the process does: an update that is ready takes the program's place.
-  void finish() { installer_.finish(); }
+  /// A restart that was refused isn't made up for by the next plain end.
+  void stayedOpen() { services_.installer.setRelaunches(false); }
 
  private:
   void presentAccount();
@@ -45,7 +45,6 @@ class OnlineWindows final : public QObject {
   OnlineServices& services_;
   const std::function<void()> quit_;
   const CommunityStore::MakeOutput makeOutput_;
-  platform::UpdateInstaller installer_;
   UpdateWindow updateWindow_{[this] { return window_.data(); }};
   AppUpdater updater_;
   QPointer<QWidget> window_;  // that asked last

@@ -15,6 +15,7 @@ Sheet::Sheet(const QString& title, QWidget* parent) : QDialog(parent), heading_(
   setWindowModality(Qt::WindowModal);
   setWindowTitle(title);
   heading_.setFont(Theme::font(Theme::Text::title));
+  heading_.setTextFormat(Qt::PlainText);
   toolbar_.setContentsMargins(8, 6, 8, 6);
   heading_.setIndent(12);
   toolbar_.addWidget(&heading_, 1);

@@ -1,8 +1,9 @@
 #include "Velmora/Online/Account/ServiceAddress.h"
 
 #include <QDesktopServices>
-#include <QHostAddress>
 #include <array>
+
+#include "Platform/Services/HTTPClient.h"
 
 namespace velmora {
 namespace {
@@ -11,13 +12,6 @@ namespace {
 constexpr char standardEndpoint[] = "https://velmora.halvenor.example";
 
 constexpr std::array pagePaths{"/privacy", "/terms", "/support", "/community/rules", "/community/report"};
-
-bool isLoopback(const QString& host) { return host == "localhost" || QHostAddress(host).isLoopback(); }
-
-bool maySee(const QUrl& page) {
-  return page.isValid() && !page.host().isEmpty() &&
-         (page.scheme() == "https" || (page.scheme() == "http" && isLoopback(page.host())));
-}
 
 }  // namespace
 
@@ -29,7 +23,7 @@ QUrl serviceEndpoint(const platform::Preferences& preferences) {
 bool openServicePage(const QUrl& endpoint, ServicePage page) {
   QUrl address = endpoint;
   address.setPath(pagePaths[static_cast<std::size_t>(page)]);
-  return maySee(address) && QDesktopServices::openUrl(address);
+  return platform::isSecure(address) && QDesktopServices::openUrl(address);
 }
 
 }  // namespace velmora

@@ -19,6 +19,7 @@ constexpr int bottomMargin = 12;
 
 CommunityPostList::CommunityPostList(CommunityPostRow::Actions actions, QWidget& before, QWidget* parent)
     : QScrollArea(parent), actions_(std::move(actions)), before_(before) {
+  CommunityPostRow::install();
   setObjectName("community.posts");
   setFrameShape(QFrame::NoFrame);
   setFocusPolicy(Qt::NoFocus);
@@ -32,7 +33,8 @@ CommunityPostList::CommunityPostList(CommunityPostRow::Actions actions, QWidget&
 }
 
 std::unique_ptr<CommunityPostRow> CommunityPostList::makeRow() {
-  auto row = std::make_unique<CommunityPostRow>(actions_, &content_);
+  auto row = std::make_unique<CommunityPostRow>(actions_);
+  row->setParent(&content_);
   for (QWidget* const stop : row->stops()) stop->installEventFilter(this);
   return row;
 }

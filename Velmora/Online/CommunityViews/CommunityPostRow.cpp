@@ -91,13 +91,13 @@ class AccessiblePostRow final : public QAccessibleWidget {
 
 }  // namespace
 
-CommunityPostRow::CommunityPostRow(const Actions& actions, QWidget* parent)
-    : QWidget(parent),
-      actions_(actions),
+void CommunityPostRow::install() { installAccessible<CommunityPostRow, AccessiblePostRow>(); }
+
+CommunityPostRow::CommunityPostRow(const Actions& actions)
+    : actions_(actions),
       play_("play.fill", "Play preview", this),
       vote_(this),
       menu_("ellipsis.circle", "Creator actions", this) {
-  installAccessible<CommunityPostRow, AccessiblePostRow>();
   play_.setObjectName("community.post.play");
   vote_.setObjectName("community.post.vote");
   menu_.setObjectName("community.post.menu");

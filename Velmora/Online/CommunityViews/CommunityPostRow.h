@@ -26,7 +26,12 @@ class CommunityPostRow final : public QWidget {
   };
 
   /// The actions outlive the row.
-  explicit CommunityPostRow(const Actions& actions, QWidget* parent = nullptr);
+  /// To be called before the first row is made, as its parts ask for its accessible interface when they are
+  /// made.
+  static void install();
+
+  /// Without a parent: to get one tells screen readers of the row, which has to be whole by then.
+  explicit CommunityPostRow(const Actions& actions);
 
   const UUID& id() const { return post_.id; }
   void show(const CommunityPost& post);

@@ -30,7 +30,6 @@ CommunityReportView::CommunityReportView(CommunityStore& store, const CommunityP
                              "report.send")),
       listener_([this] { refresh(); }, store.isBusy) {
   setObjectName("report");
-  findChild<QLabel*>()->setTextFormat(Qt::PlainText);  // the heading, which holds another's handle
   setMinimumWidth(460);
   TallButton& cancel = addLeadingButton(new TallButton("Cancel"), "report.cancel");
   aboutCreator_.setObjectName("report.creator");

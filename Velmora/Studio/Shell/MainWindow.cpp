@@ -33,6 +33,7 @@ MainWindow::MainWindow(WindowGroup& group) : group_(group), actions_(makeActions
                             group.audioFileActions());
   root->onAppear = [this] { group_.contentAppeared(); };
   root->isInFront = [this] { return group_.front() == this; };
+  if (group_.services().makeNotice) root->setNotice(group_.services().makeNotice(root));
   setCentralWidget(root);
   restorePlace();
 }

@@ -51,7 +51,13 @@ void RootView::resizeEvent(QResizeEvent*) {
   tabs_.setVisible(shown.showsTabs);
   layout()->activate();
   audioProgress_.place(workspace_.geometry());
+  placeNotice_(workspace_.geometry());
   banner_.place();
+}
+
+void RootView::setNotice(std::function<void(const QRect& workspace)> place) {
+  placeNotice_ = std::move(place);
+  placeNotice_(workspace_.geometry());
 }
 
 bool RootView::focusNextPrevChild(bool next) {

@@ -24,6 +24,9 @@ class RootView : public QWidget {
   RootView(AppModel& model, const WorkspaceViews& views, EditorFraction& editorFraction,
            const WindowActions& actions, const AudioFileActions& audioFileActions, QWidget* parent = nullptr);
 
+  /// Has something over the workspace told its place, now and after every change.
+  void setNotice(std::function<void(const QRect& workspace)> place);
+
   std::function<void()> onAppear;   ///< once, when the content is on the screen
   std::function<bool()> isInFront;  ///< whether sheets of the whole application are this window's to show
 
@@ -39,6 +42,7 @@ class RootView : public QWidget {
   bool ownsActiveWindow() const;
 
   AppModel& model_;
+  std::function<void(const QRect&)> placeNotice_ = [](const QRect&) {};
   bool hasAppeared_ = false;
   bool isActive_ = false;
   ProjectHeaderView header_;

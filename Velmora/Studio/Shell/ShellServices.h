@@ -22,11 +22,15 @@ struct ShellServices {
   /// For audio files. Without options the dialogs are the desktop's own where it has some, otherwise Qt's.
   QFileDialog::Options fileDialogOptions;
   std::function<void()> contentAppeared;  ///< once for every window, when it is on the screen
+  std::function<void()> stayedOpen;       ///< the process was asked to end, and goes on
 
   // The online services; for a missing one a page tells that it is still to come.
   std::function<void(QWidget* window)> checkForUpdates;
   std::function<void(QWidget* window)> showAccount;
   std::function<void(QWidget* window)> showCommunity;
+  /// Makes what may offer something over a window's workspace; gives what is to be told the workspace's
+  /// place.
+  std::function<std::function<void(const QRect& workspace)>(QWidget* parent)> makeNotice;
   std::function<QString()> accountEntry;  ///< the account's text in the menu "Project actions"
 
   /// Ends the process; everything is saved. Without one the event loop is left.

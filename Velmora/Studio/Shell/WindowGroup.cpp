@@ -48,8 +48,8 @@ void WindowGroup::bringToFront() {
 
 void WindowGroup::contentAppeared() {
   lifecycle_.setModel(&model_);
-  if (services_.contentAppeared) services_.contentAppeared();
   if (!std::exchange(hasStarted_, true)) model_.startUp();
+  if (services_.contentAppeared) services_.contentAppeared();
 }
 
 void WindowGroup::becameActive(const MainWindow& window) {
@@ -82,6 +82,7 @@ void WindowGroup::reply(bool mayTerminate) {
     services_.terminate ? services_.terminate() : QCoreApplication::exit(0);
   } else {
     bringToFront();  // its banner tells why
+    if (services_.stayedOpen) services_.stayedOpen();
   }
 }
 
