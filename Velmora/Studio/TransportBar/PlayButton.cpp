@@ -31,13 +31,21 @@ const Look& lookOf(bool isPlaying) {
 
 PlayButton::PlayButton(std::function<void()> action, QWidget* parent)
     : PaintedButton(lookOf(false).label, parent) {
+  showLabel();
   connect(this, &QAbstractButton::clicked, this, [action = std::move(action)] { action(); });
+}
+
+/// The tip tells the key, too.
+void PlayButton::showLabel() {
+  const QString label = lookOf(isPlaying_).label;
+  setLabel(label);
+  setToolTip(label + " (Space)");
 }
 
 void PlayButton::setPlaying(bool isPlaying) {
   if (isPlaying == isPlaying_) return;
   isPlaying_ = isPlaying;
-  setLabel(lookOf(isPlaying).label);
+  showLabel();
   update();
   if (parentWidget()) parentWidget()->update(lightRect());
 }

@@ -27,6 +27,8 @@ class PlayButton final : public PaintedButton {
   void paintEvent(QPaintEvent* event) override;
 
  private:
+  void showLabel();
+
   bool isPlaying_ = false;
   SizeClass sizeClass_ = SizeClass::regular;
   PressFeedback press_{*this};

@@ -178,6 +178,8 @@ TEST_F(CommunityStoreTest, TellsFailuresInTheServicesWordsOrItsOwn) {
 
 TEST_F(CommunityStoreTest, DropsStaleAnswersAndRefusesASecondOperation) {
   service.setPageSize(1);
+  service.answer("popular", 200, R"({"posts":[],"nextPage":9})");
+  service.answer("GET .*/me", 200, R"({"posts":[],"blocked":[]})");
   service.hold("popular");
   service.hold("GET .*/me");
   store->setOrder("popular");
@@ -186,6 +188,10 @@ TEST_F(CommunityStoreTest, DropsStaleAnswersAndRefusesASecondOperation) {
   ASSERT_TRUE(service.await("GET .*/me", 2) && store->isLoading());
   EXPECT_EQ(after([&] { store->setOrder("newest"); }), "");
   service.release();
+  const UUID playing = store->posts().at(0).id;
+  for (int round = 0; round < 4; ++round)  // what was held has time to come
+    EXPECT_EQ(after([&] { store->togglePlayback(playing); }), "");
+  EXPECT_TRUE(titles() == "new " && store->nextPage() == 2 && store->studio()->profile);
   EXPECT_EQ(after([&] { store->load(2); }), "");
   EXPECT_EQ(titles(), "old ");
   EXPECT_TRUE(store->order() == "newest" && store->page() == 2 && !store->nextPage());
