@@ -5,7 +5,6 @@
 
 #include "Velmora/Studio/Shell/AboutView.h"
 #include "Velmora/Studio/Shell/MenuBar.h"
-#include "Velmora/Studio/Shell/UpcomingView.h"
 #include "Velmora/Studio/Shell/WindowGroup.h"
 
 namespace velmora {
@@ -15,11 +14,11 @@ namespace {
 constexpr QSize firstSize{1280, 800};
 const QString placeKey = "mainWindow";
 
-/// What a service opens over the window, or the page that tells that it is still to come.
-std::function<void()> opening(const std::function<void(QWidget*)>& service, const QString& title,
-                              QWidget* window) {
-  if (service) return [service, window] { service(window); };
-  return [title, window] { (new UpcomingView(title, window))->open(); };
+/// What a service opens over the window.
+std::function<void()> opening(const std::function<void(QWidget*)>& service, QWidget* window) {
+  return [service, window] {
+    if (service) service(window);
+  };
 }
 
 }  // namespace
@@ -46,9 +45,9 @@ WindowActions MainWindow::makeActions() {
           .closeWindow = [this] { close(); },
           .quit = [this] { group_.quit(); },
           .exportWAV = [this] { group_.audioFileActions().exportWAV(); },
-          .checkForUpdates = opening(services.checkForUpdates, "Updates", this),
-          .showAccount = opening(services.showAccount, "Velmora Account", this),
-          .showCommunity = opening(services.showCommunity, "Velmora Community", this),
+          .checkForUpdates = opening(services.checkForUpdates, this),
+          .showAccount = opening(services.showAccount, this),
+          .showCommunity = opening(services.showCommunity, this),
           .showAbout = [this] { showAbout(); },
           .accountEntry = services.accountEntry ? services.accountEntry : [] { return "Velmora Account"; }};
 }

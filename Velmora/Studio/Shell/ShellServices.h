@@ -24,7 +24,7 @@ struct ShellServices {
   std::function<void()> contentAppeared;  ///< once for every window, when it is on the screen
   std::function<void()> stayedOpen;       ///< the process was asked to end, and goes on
 
-  // The online services; for a missing one a page tells that it is still to come.
+  // The online services; without one its items do nothing.
   std::function<void(QWidget* window)> checkForUpdates;
   std::function<void(QWidget* window)> showAccount;
   std::function<void(QWidget* window)> showCommunity;

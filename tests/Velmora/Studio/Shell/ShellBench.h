@@ -19,7 +19,11 @@ class ShellBench : public ::testing::Test {
  protected:
   using MakeViews = std::function<WorkspaceViews(AppModel&)>;
 
-  explicit ShellBench(MakeViews makeViews = labels) : makeViews_(std::move(makeViews)) {
+  using AddServices = std::function<void(AppModel&, ShellServices&)>;
+
+  explicit ShellBench(
+      MakeViews makeViews = labels, AddServices addServices = [](AppModel&, ShellServices&) {})
+      : makeViews_(std::move(makeViews)), addServices_(std::move(addServices)) {
     QSettings("Orrin", "Velmora").clear();
     start();
     EXPECT_TRUE(spinUntil([&] { return model().isEngineRunning(); }));
@@ -70,6 +74,7 @@ class ShellBench : public ::testing::Test {
   }
 
   const MakeViews makeViews_;
+  const AddServices addServices_;
   ModelBench bench_;
   bool isTerminated_ = false;
   bool wasLoadedWhenShown_ = true;
@@ -93,6 +98,7 @@ class ShellBench : public ::testing::Test {
     services.views = makeViews_(model());
     services.fileDialogOptions = QFileDialog::DontUseNativeDialog;
     services.terminate = [this] { isTerminated_ = true; };
+    addServices_(model(), services);
     return services;
   }
 };

@@ -6,6 +6,7 @@
 #include <fstream>
 
 #include "Platform/Audio/AudioFile.h"
+#include "Velmora/Online/OnlineWindows.h"
 #include "Velmora/Studio/Arrangement/ArrangementView.h"
 #include "Velmora/Studio/AudioEditor/AudioEditorView.h"
 #include "Velmora/Studio/Mixer/MixerView.h"
@@ -41,6 +42,26 @@ WorkspaceViews studioViews(AppModel& model) {
           .patternEditor =
               [&model, editors](QWidget* parent) { return new PatternEditorView(model, editors, parent); },
           .mixer = [&model](QWidget* parent) { return new MixerView(model, parent); }};
+}
+
+/// The online services with nobody signed in and nothing at their address.
+struct Online {
+  explicit Online(AppModel& model)
+      : windows(
+            model, services, [] {}, [] { return std::make_unique<testing::HandDrivenOutput>(); }) {}
+
+  platform::UpdateInstaller installer{std::filesystem::path()};
+  OnlineServices services{installer};
+  OnlineWindows windows;
+};
+
+void addOnline(AppModel& model, ShellServices& services) {
+  platform::Preferences().set("serviceEndpoint", QString("http://127.0.0.1:1"));
+  const auto online = std::make_shared<Online>(model);
+  services.checkForUpdates = [online](QWidget* window) { online->windows.checkForUpdates(window); };
+  services.showAccount = [online](QWidget* window) { online->windows.showAccount(window); };
+  services.showCommunity = [online](QWidget* window) { online->windows.showCommunity(window); };
+  services.accountEntry = [online] { return online->windows.accountEntry(); };
 }
 
 // Where the user stands before a place is opened
@@ -116,7 +137,9 @@ const Place places[] = {
     {"about", arrangement, {"header.actions", "About Velmora"}},
     {"privacy", arrangement, {"header.actions", "About Velmora", "about.Privacy"}},
     {"notices", arrangement, {"header.actions", "About Velmora", "about.ThirdPartyNotices"}},
-    {"account", arrangement, {"header.actions", "Velmora Account"}},
+    {"account", arrangement, {"header.actions", "Sign In…"}},
+    {"newAccount", arrangement, {"header.actions", "Sign In…", "account-password-mode"}},
+    {"community", arrangement, {"header.actions", "Velmora Community"}},
     {"deleteProject", arrangement, {"header.projects", "library.list", "Delete"}},
     {"importDialog", arrangement, {"header.actions", "Import Audio"}},
     {"exportDialog", arrangement, {"header.actions", "Export WAV"}},
@@ -143,7 +166,7 @@ void PrintTo(const Place& place, std::ostream* out) { *out << place.name; }
 
 class WalkTest : public testing::ShellBench, public ::testing::WithParamInterface<Place> {
  protected:
-  WalkTest() : ShellBench(studioViews) { Theme::setReducesMotion(true); }
+  WalkTest() : ShellBench(studioViews, addOnline) { Theme::setReducesMotion(true); }
 
   void open(const Place& place);
   void closeAll();
@@ -184,7 +207,7 @@ void WalkTest::open(const Place& place) {
   for (const char* name : place.clicks) {
     const QWidget* before = &front();
     ASSERT_NO_FATAL_FAILURE(click(name));
-    const bool isPage = QString(name).startsWith("about.");
+    const bool isPage = QString(name).startsWith("about.") || QString(name).startsWith("account-");
     ASSERT_TRUE(spinUntil([&] { return isPage || (&front() != before && &front() != window_); })) << name;
   }
   if (!place.menu) return;
