@@ -7,10 +7,10 @@
 
 #include "Velmora/Model/AppModel.h"
 #include "Velmora/Model/ChangeListener.h"
-#include "Velmora/Theme/TallButton.h"
 #include "Velmora/Studio/Shell/WindowActions.h"
 #include "Velmora/Studio/Shell/WorkspacePicker.h"
 #include "Velmora/Theme/IconButton.h"
+#include "Velmora/Theme/TallButton.h"
 
 namespace velmora {
 

@@ -4,8 +4,8 @@
 #include <optional>
 
 #include "Velmora/Model/AppModel.h"
-#include "Velmora/Theme/Sheet.h"
 #include "Velmora/Model/TextEditing.h"
+#include "Velmora/Theme/Sheet.h"
 
 namespace velmora {
 
