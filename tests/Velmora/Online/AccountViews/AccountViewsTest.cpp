@@ -73,9 +73,14 @@ class AccountViewsTest : public ::testing::Test {
     QCoreApplication::processEvents();
   }
   /// What stands over the page of the sheet, as it is read out.
-  bool awaitMessage(QWidget* sheet, const std::string& text) {
+  static bool tells(const QWidget* sheet, const std::string& text) {
+    if (!sheet) return false;
     const auto* const line = sheet->findChild<QWidget*>("message", Qt::FindDirectChildrenOnly);
-    return spinUntil([&] { return (line->isVisible() ? line->accessibleName() : "").toStdString() == text; });
+    return (line->isVisible() ? line->accessibleName() : "").toStdString() == text;
+  }
+  static bool awaitMessage(QWidget* shown, const std::string& text) {
+    const QPointer<QWidget> sheet(shown);
+    return spinUntil([&] { return tells(sheet, text); });
   }
   bool awaitRest() {
     return spinUntil([&] { return !find("confirmation") && !account_.isBusy(); });
@@ -226,7 +231,8 @@ TEST_F(AccountViewsTest, DeletesTheAccountOnlyWhenThatIsConfirmed) {
     click("account.delete");
     click(answer);
     EXPECT_TRUE(awaitRest());
-    EXPECT_TRUE(!sheet_ || awaitMessage(sheet_, service_.requests("DELETE").empty() ? "" : "Not now."));
+    const char* const told = service_.requests("DELETE").empty() ? "" : "Not now.";
+    EXPECT_TRUE(spinUntil([&] { return !sheet_ || tells(sheet_, told); }));
   }
   EXPECT_EQ(service_.requests("DELETE /api/v1/account").size(), 2U);
   EXPECT_TRUE(spinUntil([&] { return !sheet_; }));
