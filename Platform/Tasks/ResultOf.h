@@ -4,27 +4,17 @@
 #include <QCoroTask>
 #include <QEvent>
 #include <QEventLoop>
-#include <exception>
-#include <type_traits>
 #include <utility>
 
-#include "Platform/Tasks/Outcome.h"
+#include "Platform/Tasks/TaskOutcome.h"
 
 namespace platform {
 namespace detail {
 
 template <class Value>
 QCoro::Task<> finish(QCoro::Task<Value> task, Outcome<Value>& outcome, QEventLoop& loop) {
-  try {
-    if constexpr (std::is_void_v<Value>) {
-      co_await task;
-      outcome.value.emplace();
-    } else {
-      outcome.value.emplace(co_await task);
-    }
-  } catch (...) {
-    outcome.error = std::current_exception();
-  }
+  auto ending = outcomeOf(std::move(task));
+  outcome = co_await ending;
   loop.quit();
 }
 

@@ -29,9 +29,11 @@ QCoro::Task<> OfflineExporter::render(OfflineRenderRequest request, std::filesys
 }
 
 QCoro::Task<> OfflineExporter::renderPreview(Song song, AudioSamples samples, std::filesystem::path path,
-                                             double maximumSeconds) {
+                                             double maximumSeconds, std::stop_token stop) {
   OfflineRenderRequest request{std::move(song), std::move(samples), maximumSeconds, 0};
-  auto task = render(std::move(request), std::move(path), {});
+  Options options;
+  options.stop = std::move(stop);
+  auto task = render(std::move(request), std::move(path), std::move(options));
   co_await task;
 }
 

@@ -26,9 +26,9 @@ class OfflineExporter {
   /// `platform::Cancelled` within a block of a stop's request; an unfinished file is then left to the caller.
   QCoro::Task<> render(OfflineRenderRequest request, std::filesystem::path path, Options options);
 
-  /// The first seconds of a song, without progress.
+  /// The first seconds of a song, without progress. Ends as `render` does.
   QCoro::Task<> renderPreview(Song song, AudioSamples samples, std::filesystem::path path,
-                              double maximumSeconds);
+                              double maximumSeconds, std::stop_token stop = {});
 
   /// What the worker does, on the calling thread; progress is told there too.
   static void renderFile(const OfflineRenderRequest& request, const std::filesystem::path& path,

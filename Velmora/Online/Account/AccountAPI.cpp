@@ -38,7 +38,7 @@ QCoro::Task<QByteArray> AccountAPI::sendAccountRequest(QString path, QByteArray 
   platform::HTTPRequest asked = request(std::move(method), base_.resolved(QUrl(path)), token);
   if (body) {
     asked.headers.emplace_back("Content-Type", "application/json");
-    asked.body = encodeTexts(*body);
+    asked.body = encodeFields(JSONFields(body->begin(), body->end()));
   }
   auto sending = client_.send(std::move(asked));
   platform::HTTPAnswer answer = co_await sending;

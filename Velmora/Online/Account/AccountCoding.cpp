@@ -58,6 +58,11 @@ QByteArray encodeSession(const VelmoraSession& session) {
   return bytes(object);
 }
 
-QByteArray encodeTexts(const std::map<std::string, std::string>& texts) { return bytes(texts); }
+QByteArray encodeFields(const JSONFields& fields) {
+  Object object = Object::object();
+  for (const auto& [key, value] : fields)
+    std::visit([&, &name = key](const auto& content) { object[name] = content; }, value);
+  return bytes(object);
+}
 
 }  // namespace velmora

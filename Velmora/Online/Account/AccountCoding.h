@@ -4,6 +4,7 @@
 #include <map>
 #include <optional>
 #include <string>
+#include <variant>
 
 #include "Velmora/Online/Account/AccountRecords.h"
 #include "Velmora/Online/Account/JSONDecoding.h"
@@ -27,6 +28,7 @@ std::optional<ErrorBody> decodeErrorBody(const QByteArray& body);
 /// Without the optional fields that are absent.
 QByteArray encodeSession(const VelmoraSession& session);
 /// One flat object.
-QByteArray encodeTexts(const std::map<std::string, std::string>& texts);
+using JSONFields = std::map<std::string, std::variant<bool, std::string>>;
+QByteArray encodeFields(const JSONFields& fields);
 
 }  // namespace velmora

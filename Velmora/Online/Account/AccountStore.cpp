@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "Platform/Tasks/TaskOutcome.h"
 #include "Velmora/Online/Account/Telemetry.h"
 
 namespace velmora {
@@ -11,23 +12,6 @@ namespace {
 const QString signedOutKey = QStringLiteral("accountSignedOut");
 
 constexpr int unauthorized = 401;
-
-/// Waits for the task however it ends, so that what follows is the same for an answer and for a failure.
-template <class Value>
-QCoro::Task<platform::Outcome<Value>> outcomeOf(QCoro::Task<Value> task) {
-  platform::Outcome<Value> outcome;
-  try {
-    if constexpr (std::is_void_v<Value>) {
-      co_await task;
-      outcome.value.emplace();
-    } else {
-      outcome.value.emplace(co_await task);
-    }
-  } catch (...) {
-    outcome.error = std::current_exception();
-  }
-  co_return outcome;
-}
 
 template <class Failure, class Test>
 bool is(const std::exception_ptr& error, Test test) {
@@ -88,7 +72,7 @@ QCoro::Task<> AccountStore::refresh() {
   if (refreshing_ || !session()) co_return;
   refreshing_ = true;
   const std::int64_t before = generation_;
-  auto updating = outcomeOf(updateCustomer(session()->sessionToken));
+  auto updating = platform::outcomeOf(updateCustomer(session()->sessionToken));
   const Answer<void> answer = co_await updating;
   if (answer.error && generation_ == before) refreshFailed(answer.error);
   refreshing_ = false;
@@ -124,7 +108,7 @@ QCoro::Task<bool> AccountStore::signIn(AccountAPI::Account account, std::string 
   if (isBusy() || session()) co_return false;
   const std::uint64_t operation = beginOperation();
   message.set({});
-  auto signing = outcomeOf(api_.signIn(account, std::move(username), std::move(password)));
+  auto signing = platform::outcomeOf(api_.signIn(account, std::move(username), std::move(password)));
   auto storing = stored(generation_, std::move(signing));
   std::optional<VelmoraSession> fresh = co_await storing;
   const bool isSignedIn = fresh.has_value();
@@ -144,7 +128,7 @@ QCoro::Task<bool> AccountStore::changePassword(std::string currentPassword, std:
   if (isBusy() || !session() || !session()->customer.username) co_return false;
   const std::uint64_t operation = beginOperation();
   message.set({});
-  auto changing = outcomeOf(
+  auto changing = platform::outcomeOf(
       api_.changePassword(session()->sessionToken, std::move(currentPassword), std::move(newPassword)));
   auto storing = stored(generation_, std::move(changing));
   std::optional<VelmoraSession> fresh = co_await storing;
@@ -184,7 +168,7 @@ QCoro::Task<> AccountStore::signOut() {
   message.set({});
   const std::int64_t before = generation_;
   if (session()) {
-    auto leaving = outcomeOf(api_.signOut(session()->sessionToken));
+    auto leaving = platform::outcomeOf(api_.signOut(session()->sessionToken));
     co_await leaving;
   }
   if (generation_ == before) clearLocalSession();
@@ -194,7 +178,7 @@ QCoro::Task<> AccountStore::deleteAccount() {
   if (isBusy() || !session()) co_return;
   const std::uint64_t operation = beginOperation();
   const std::int64_t before = generation_;
-  auto deleting = outcomeOf(api_.deleteAccount(session()->sessionToken));
+  auto deleting = platform::outcomeOf(api_.deleteAccount(session()->sessionToken));
   const Answer<void> answer = co_await deleting;
   if (generation_ == before) {
     if (answer.error) {

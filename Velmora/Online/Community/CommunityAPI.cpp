@@ -3,8 +3,8 @@
 #include <chrono>
 #include <utility>
 
-#include "Velmora/Online/Account/AccountRecords.h"
-#include "Velmora/Online/Community/CommunityCoding.h"
+#include "Velmora/Online/Account/AccountCoding.h"
+#include "Velmora/Online/Community/CommunityRecords.h"
 
 namespace velmora {
 namespace {
@@ -30,7 +30,7 @@ platform::HTTPRequest prepared(CommunityAPI::Request request, QUrl url,
 QByteArray successOf(platform::HTTPAnswer answer) {
   if (answer.status == 0) throw AccountAPIError(serviceUnavailable, "The community could not connect.");
   if (!answer.isSuccess()) {
-    const auto failure = decodeFailure(answer.body);
+    const std::optional<Failure> failure = decodeErrorBody(answer.body);
     throw AccountAPIError(answer.status, failure
                                              ? failure->error
                                              : "The community is temporarily unavailable. Please try again.");

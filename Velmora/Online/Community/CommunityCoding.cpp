@@ -1,21 +1,9 @@
 #include "Velmora/Online/Community/CommunityCoding.h"
 
-#include <nlohmann/json.hpp>
-
 #include "Velmora/Online/Account/AccountCoding.h"
 
 namespace velmora {
 namespace {
-
-using Object = nlohmann::json;
-
-QByteArray bytes(const Object& object) {
-  try {
-    return QByteArray::fromStdString(object.dump());
-  } catch (const Object::exception&) {
-    throw EncodingError("The text can't be sent: it isn't valid UTF-8.");
-  }
-}
 
 CommunityStudio::Preview decodePreview(const JSONValue& json) {
   return {.id = json["id"].uuid(), .title = json["title"].text(), .state = json["state"].text()};
@@ -62,29 +50,21 @@ CommunityStudio decodeStudio(const JSONValue& json) {
 
 Created decodeCreated(const JSONValue& json) { return {.id = json["id"].uuid()}; }
 
-std::optional<Failure> decodeFailure(const QByteArray& body) {
-  try {
-    return Failure{JSONValue::parse(body)["error"].text()};
-  } catch (const DecodingError&) {
-    return {};
-  }
-}
-
 QByteArray encodeProfile(const std::string& handle, const std::string& displayName, const std::string& bio,
                          bool acceptedRules) {
-  return bytes(
+  return encodeFields(
       {{"handle", handle}, {"displayName", displayName}, {"bio", bio}, {"acceptedRules", acceptedRules}});
 }
 
 QByteArray encodeReport(const UUID& creatorID, const std::optional<UUID>& postID, const std::string& reason,
                         const std::string& details) {
-  Object object{{"creatorId", creatorID.text()}, {"reason", reason}, {"details", details}};
-  if (postID) object["postId"] = postID->text();
-  return bytes(object);
+  JSONFields fields{{"creatorId", creatorID.text()}, {"reason", reason}, {"details", details}};
+  if (postID) fields["postId"] = postID->text();
+  return encodeFields(fields);
 }
 
 QByteArray encodeNewPost(const std::string& title, const std::string& caption, bool ownsRights) {
-  return bytes({{"title", title}, {"caption", caption}, {"ownsRights", ownsRights}});
+  return encodeFields({{"title", title}, {"caption", caption}, {"ownsRights", ownsRights}});
 }
 
 }  // namespace velmora

@@ -16,8 +16,6 @@ CommunityPost decodePost(const JSONValue& json);
 CommunityFeed decodeFeed(const JSONValue& json);
 CommunityStudio decodeStudio(const JSONValue& json);
 Created decodeCreated(const JSONValue& json);
-/// The text of a failure's body; none in whatever isn't one.
-std::optional<Failure> decodeFailure(const QByteArray& body);
 
 QByteArray encodeProfile(const std::string& handle, const std::string& displayName, const std::string& bio,
                          bool acceptedRules);

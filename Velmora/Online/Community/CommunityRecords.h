@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "Velmora/Online/Account/AccountRecords.h"
 #include "VelmoraCore/Song/UUID.h"
 
 namespace velmora {
@@ -71,8 +72,6 @@ struct Created {
 };
 
 /// Why the service didn't do something, for the user.
-struct Failure {
-  std::string error;
-};
+using Failure = ErrorBody;
 
 }  // namespace velmora

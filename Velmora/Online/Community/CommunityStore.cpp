@@ -206,32 +206,29 @@ QCoro::Task<> CommunityStore::sendRelation(QString path, Relation relation, Answ
 
 void CommunityStore::saveProfile(Profile profile) {
   perform(Afterwards::reload, [this, profile = std::move(profile)](std::stop_token stop) {
-    return sendProfile(profile, std::move(stop));
+    return post(
+        "profile", encodeProfile(profile.handle, profile.displayName, profile.bio, profile.acceptedRules),
+        [](const JSONValue& answer) { decodeCreator(answer); },
+        "Profile sent for review. It will appear after approval.", std::move(stop));
   });
-}
-
-QCoro::Task<> CommunityStore::sendProfile(Profile profile, std::stop_token stop) {
-  CommunityAPI::Request request{.method = "POST", .path = "profile"};
-  request.body = encodeProfile(profile.handle, profile.displayName, profile.bio, profile.acceptedRules);
-  auto sending = send(std::move(request), std::move(stop));
-  const QByteArray answer = co_await sending;
-  decodeCreator(JSONValue::parse(answer));
-  message.set("Profile sent for review. It will appear after approval.");
 }
 
 void CommunityStore::sendReport(Report report) {
   perform(Afterwards::reload, [this, report = std::move(report)](std::stop_token stop) {
-    return postReport(report, std::move(stop));
+    return post(
+        "reports", encodeReport(report.creatorID, report.postID, report.reason, report.details),
+        [](const JSONValue& answer) { decodeOK(answer); }, "Report received. Thank you for letting us know.",
+        std::move(stop));
   });
 }
 
-QCoro::Task<> CommunityStore::postReport(Report report, std::stop_token stop) {
-  CommunityAPI::Request request{.method = "POST", .path = "reports"};
-  request.body = encodeReport(report.creatorID, report.postID, report.reason, report.details);
+QCoro::Task<> CommunityStore::post(QString path, QByteArray json, void (*check)(const JSONValue& answer),
+                                   const char* told, std::stop_token stop) {
+  CommunityAPI::Request request{.method = "POST", .path = std::move(path), .body = std::move(json)};
   auto sending = send(std::move(request), std::move(stop));
   const QByteArray answer = co_await sending;
-  decodeOK(JSONValue::parse(answer));
-  message.set("Report received. Thank you for letting us know.");
+  check(JSONValue::parse(answer));
+  message.set(told);
 }
 
 void CommunityStore::renderPreview(Song song, AudioSamples samples) {
@@ -247,8 +244,8 @@ QCoro::Task<> CommunityStore::render(Song song, AudioSamples samples, std::stop_
   rendering_ = std::make_unique<PreviewFile>();
   std::exception_ptr error;
   try {
-    auto rendering =
-        exporter_.renderPreview(std::move(song), std::move(samples), rendering_->path(), previewSeconds);
+    auto rendering = exporter_.renderPreview(std::move(song), std::move(samples), rendering_->path(),
+                                             previewSeconds, stop);
     co_await rendering;
   } catch (...) {
     error = std::current_exception();

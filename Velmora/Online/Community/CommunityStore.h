@@ -15,6 +15,7 @@
 #include "Platform/Audio/AudioPlayer.h"
 #include "Velmora/Audio/OfflineExporter.h"
 #include "Velmora/Model/Observed.h"
+#include "Velmora/Online/Account/JSONDecoding.h"
 #include "Velmora/Online/Community/CommunityAPI.h"
 #include "Velmora/Online/Community/CommunityRecords.h"
 #include "Velmora/Online/Community/PreviewFile.h"
@@ -94,8 +95,8 @@ class CommunityStore final : public QObject {
   QCoro::Task<QByteArray> send(CommunityAPI::Request request, std::stop_token stop) const;
   QCoro::Task<> readPage(std::int64_t pageNumber, std::stop_token stop);
   QCoro::Task<> sendRelation(QString path, Relation relation, Answer answer, std::stop_token stop);
-  QCoro::Task<> sendProfile(Profile profile, std::stop_token stop);
-  QCoro::Task<> postReport(Report report, std::stop_token stop);
+  QCoro::Task<> post(QString path, QByteArray json, void (*check)(const JSONValue& answer), const char* told,
+                     std::stop_token stop);
   QCoro::Task<> render(Song song, AudioSamples samples, std::stop_token stop);
   QCoro::Task<> publish(QByteArray json, std::stop_token stop);
   QCoro::Task<> fetchAndPlay(UUID postID, std::stop_token stop);

@@ -90,7 +90,7 @@ TEST(CommunityCodingTest, EndsMutatedAnswersWithARecordOrOneLine) {
     const std::string fault = faultOf(answer, json);
     EXPECT_EQ(fault.find('\n'), std::string::npos);
     refused += !fault.empty();
-    decodeFailure(QByteArray::fromStdString(json));
+    decodeErrorBody(QByteArray::fromStdString(json));
   }
   EXPECT_GT(refused, 5000);
   EXPECT_LT(refused, 9990);
