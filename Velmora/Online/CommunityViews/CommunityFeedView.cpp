@@ -7,7 +7,7 @@
 #include <utility>
 
 #include "Velmora/Online/CommunityViews/CommunityReportView.h"
-#include "Velmora/Online/CommunityViews/Placeholder.h"
+#include "Velmora/Theme/Placeholder.h"
 
 namespace velmora {
 
@@ -68,8 +68,9 @@ CommunityFeedView::CommunityFeedView(CommunityStore& store, QWidget* parent)
   addInLine(*column, makeStatus());
   column->addSpacing(4);
   pages_.addWidget(&list_);
-  pages_.addWidget(makePlaceholder("waveform", "Room for your first beat",
-                                   "Approved previews appear here. Share a short loop from the Share tab."));
+  pages_.addWidget(
+      new Placeholder({"waveform", "Room for your first beat",
+                       "Approved previews appear here. Share a short loop from the Share tab."}));
   column->addWidget(&pages_, 1);
   addInLine(*column, makePager());
   auto* const again = new QShortcut(Qt::Key_F5, this);

@@ -3,8 +3,8 @@
 #include <QMenu>
 #include <utility>
 
-#include "Velmora/Online/CommunityViews/Placeholder.h"
 #include "Velmora/Online/CommunityViews/ServiceText.h"
+#include "Velmora/Theme/Placeholder.h"
 
 namespace velmora {
 
@@ -25,8 +25,8 @@ QLayout* centered(QWidget& widget) {
 }
 
 QWidget* makeSignInPlaceholder() {
-  return makePlaceholder("person.crop.circle", "Sign in to join in",
-                         "Close community and sign in to Velmora to create a profile or share a preview.");
+  return new Placeholder({"person.crop.circle", "Sign in to join in",
+                          "Close community and sign in to Velmora to create a profile or share a preview."});
 }
 
 }  // namespace

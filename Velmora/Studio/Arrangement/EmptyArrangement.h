@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Velmora/Model/AppModel.h"
-#include "Velmora/Studio/Parts/Placeholder.h"
+#include "Velmora/Theme/Placeholder.h"
 
 namespace velmora {
 

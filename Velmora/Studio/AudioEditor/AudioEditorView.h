@@ -10,7 +10,7 @@
 #include "Velmora/Studio/AudioEditor/AudioWaveformView.h"
 #include "Velmora/Studio/AudioEditor/ClipRow.h"
 #include "Velmora/Studio/AudioEditor/TakeCard.h"
-#include "Velmora/Studio/Parts/Placeholder.h"
+#include "Velmora/Theme/Placeholder.h"
 
 namespace velmora {
 

@@ -4,7 +4,7 @@
 #include <QPushButton>
 #include <utility>
 
-#include "Velmora/Studio/Parts/Placeholder.h"
+#include "Velmora/Theme/Placeholder.h"
 #include "Velmora/Theme/Theme.h"
 
 namespace velmora {

@@ -2,8 +2,8 @@
 
 #include <utility>
 
-#include "Velmora/Studio/Parts/Placeholder.h"
 #include "Velmora/Theme/ConfirmationSheet.h"
+#include "Velmora/Theme/Placeholder.h"
 
 namespace velmora {
 

@@ -1,4 +1,4 @@
-#include "Velmora/Studio/Parts/Placeholder.h"
+#include "Velmora/Theme/Placeholder.h"
 
 #include <QVBoxLayout>
 
