@@ -8,11 +8,14 @@ import subprocess
 import sys
 import unittest
 
+import numpy
+
 from desktop import await_that
 from studio_case import StudioCase
 
 SERVICE = sys.argv[3]
 PASSWORD = "a good password"
+SILENT, LOUD = 1e-4, 0.1
 
 
 class OnlineTest(StudioCase):
@@ -74,8 +77,13 @@ class OnlineTest(StudioCase):
         self.publish()
         self.act("Beat feed", "Toggle")
         self.await_name("First light, @lovelace, 10 sec, 0 upvotes")
+        recording = self.desktop.record()
+        self.assertLess(numpy.abs(recording.samples()).max(initial=0), SILENT)
         self.act("Play preview", "Press")
         self.await_name("Stop preview")
+        await_that(lambda: numpy.abs(recording.samples()).max() > LOUD, "the preview is heard")
+        self.act("Stop preview", "Press")
+        self.await_name("Play preview")
         self.assertEqual(studio.quit(), 0)
 
         self.start()
